@@ -1,0 +1,40 @@
+# Compiler settings that every target shares.
+
+option(TONALYX_BUILD_TESTS "Build the tests and benchmarks" ON)
+set(TONALYX_SANITIZE "" CACHE STRING "Value for -fsanitize, empty for none")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g1 -DNDEBUG")
+set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+
+# The same bits from the same sources everywhere: no contraction of multiply and add.
+add_compile_options(-ffp-contract=off)
+add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wall> $<$<COMPILE_LANGUAGE:CXX>:-Wextra>
+  $<$<COMPILE_LANGUAGE:CXX>:-Wpedantic> $<$<COMPILE_LANGUAGE:CXX>:-Wshadow>
+  $<$<COMPILE_LANGUAGE:CXX>:-Wconversion> $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
+  $<$<COMPILE_LANGUAGE:CXX>:-Werror>)
+
+if(TONALYX_SANITIZE)
+  add_compile_options(-fsanitize=${TONALYX_SANITIZE} -fno-omit-frame-pointer
+    -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${TONALYX_SANITIZE})
+endif()
+
+find_program(TONALYX_CCACHE ccache)
+if(TONALYX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${TONALYX_CCACHE})
+endif()
+
+# A library of this project: sources are found from the root of the tree, and what is not linked
+# is not found.
+function(tonalyx_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;PRIVATE_LIBS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${ARG_LIBS} PRIVATE ${ARG_PRIVATE_LIBS})
+endfunction()

@@ -1,0 +1,31 @@
+# tonalyx_test(name SOURCES ... LIBS ... [LABELS ...] [DPI n] [TIMEOUT seconds]): one GoogleTest
+# program, registered with CTest under its name. Label "unit" (the default) runs anywhere;
+# "display" runs on an X server of its own with window manager and compositor, at DPI (default 96);
+# "audio" starts an audio server of its own.
+find_package(GTest REQUIRED)
+
+function(tonalyx_test name)
+  cmake_parse_arguments(ARG "" "TIMEOUT;DPI" "SOURCES;LIBS;LABELS" ${ARGN})
+  foreach(default IN ITEMS LABELS=unit TIMEOUT=120 DPI=96)
+    string(REPLACE "=" ";" default ${default})
+    list(GET default 0 key)
+    list(GET default 1 value)
+    if(NOT ARG_${key})
+      set(ARG_${key} ${value})
+    endif()
+  endforeach()
+
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gmock GTest::gtest GTest::gtest_main)
+  target_compile_definitions(${name} PRIVATE TONALYX_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
+    TONALYX_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+
+  set(runner "")
+  if("display" IN_LIST ARG_LABELS)
+    set(runner ${CMAKE_SOURCE_DIR}/tests/support/with_display.sh ${ARG_DPI})
+  endif()
+  add_test(NAME ${name} COMMAND ${runner} $<TARGET_FILE:${name}>)
+  set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT})
+endfunction()
