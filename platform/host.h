@@ -1,0 +1,27 @@
+// The platform that this program was built for.
+#pragma once
+
+#include <memory>
+
+#include "platform/platform.h"
+
+namespace platform {
+
+// Builds every adapter of the build's backend from the environment and owns them. Construction
+// opens no display and writes nothing.
+class Host {
+ public:
+  struct Impl;
+
+  Host();
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  Platform& Get();
+
+ private:
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace platform

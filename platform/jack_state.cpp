@@ -1,0 +1,71 @@
+#include "platform/jack_state.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <memory>
+
+namespace platform {
+namespace {
+
+std::array<std::byte, 4> LittleEndian(std::uint32_t value) {
+  std::array<std::byte, 4> bytes{};
+  for (std::byte& byte : bytes) {
+    byte = static_cast<std::byte>(value & 0xFFU);
+    value >>= 8U;
+  }
+  return bytes;
+}
+
+std::uint32_t FromLittleEndian(const std::array<std::byte, 4>& bytes) {
+  std::uint32_t value = 0;
+  for (std::size_t i = bytes.size(); i-- > 0;) {
+    value = (value << 8U) | std::to_integer<std::uint32_t>(bytes.at(i));
+  }
+  return value;
+}
+
+}  // namespace
+
+std::u16string JackKeyPath(std::u16string_view endpointGuid) {
+  std::u16string path = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\MMDevices\\Audio\\Render\\";
+  path.append(endpointGuid).append(u"\\FxProperties");
+  return path;
+}
+
+std::u16string JackValueName(JackProperty property) {
+  std::u16string name = u"{1496451E-75E5-484F-9914-A9F246BC960F},";
+  for (const char digit : std::to_string(static_cast<std::uint32_t>(property))) {
+    name.push_back(static_cast<char16_t>(digit));
+  }
+  return name;
+}
+
+std::optional<std::uint32_t> ReadJackValue(Registry& registry, std::u16string_view endpointGuid,
+                                           JackProperty property) {
+  const std::unique_ptr<RegistryKey> key =
+      registry.OpenKey(RegistryRoot::LocalMachine, JackKeyPath(endpointGuid), kRegistryQueryValue);
+  if (key == nullptr) return std::nullopt;
+  RegistryType type = RegistryType::None;
+  std::array<std::byte, 4> bytes{};
+  auto size = static_cast<std::uint32_t>(bytes.size());
+  const RegistryStatus status =
+      key->QueryValue(JackValueName(property), &type, bytes.data(), &size);
+  if (status != RegistryStatus::Success || type != RegistryType::Dword || size != bytes.size()) {
+    return std::nullopt;
+  }
+  return FromLittleEndian(bytes);
+}
+
+bool WriteJackValues(Registry& registry, std::u16string_view endpointGuid,
+                     std::span<const JackValue> values) {
+  const std::unique_ptr<RegistryScope> scope = registry.BeginWrite();
+  const std::unique_ptr<RegistryKey> key =
+      registry.CreateKey(RegistryRoot::LocalMachine, JackKeyPath(endpointGuid), kRegistrySetValue);
+  return key != nullptr && std::ranges::all_of(values, [&](const JackValue& value) {
+           return key->SetValue(JackValueName(value.property), RegistryType::Dword,
+                                LittleEndian(value.value)) == RegistryStatus::Success;
+         });
+}
+
+}  // namespace platform
