@@ -1,0 +1,223 @@
+// What the registry in a database promises beyond the contract: its scopes, and what it does when
+// its files are not as it left them.
+#include "platform/linux/sqlite_registry.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "platform/wake_event.h"
+#include "tests/platform/open_key.h"
+#include "tests/support/temporary_folder.h"
+
+namespace platform {
+namespace {
+
+using std::chrono::steady_clock;
+using support::GetBytes;
+using support::SetBytes;
+
+constexpr RegistryRoot kRoot = RegistryRoot::LocalMachine;
+
+// A connection that knows nothing of our rules.
+class ForeignConnection {
+ public:
+  explicit ForeignConnection(const std::filesystem::path& file) {
+    sqlite3_open(file.c_str(), &connection_);
+  }
+  ~ForeignConnection() { sqlite3_close(connection_); }
+  ForeignConnection(const ForeignConnection&) = delete;
+  ForeignConnection& operator=(const ForeignConnection&) = delete;
+
+  void Execute(const char* sql) {
+    ASSERT_EQ(sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(connection_);
+  }
+
+ private:
+  sqlite3* connection_ = nullptr;
+};
+
+class SqliteRegistryTest : public testing::Test {
+ protected:
+  std::unique_ptr<RegistryKey> Open(SqliteRegistry& registry) {
+    return registry.OpenKey(kRoot, u"k", kRegistryAllAccess);
+  }
+  std::unique_ptr<RegistryKey> Create(SqliteRegistry& registry) {
+    return registry.CreateKey(kRoot, u"k", kRegistryAllAccess);
+  }
+  std::filesystem::path Database() const { return folder_ / "registry.db"; }
+
+  support::TemporaryFolder temporary_;
+  std::filesystem::path folder_ = temporary_.Path() / "a/store";
+  SqliteRegistry first_{folder_};
+  SqliteRegistry second_{folder_};
+};
+
+TEST_F(SqliteRegistryTest, ReadsMakeNothing) {
+  {
+    const auto reading = first_.BeginRead();
+    const auto writing = first_.BeginWrite();
+    EXPECT_EQ(Open(first_), nullptr);
+    EXPECT_EQ(first_.OpenRoot(kRoot), nullptr);
+    EXPECT_EQ(first_.RemoveTree(kRoot, u"k"), RegistryStatus::FileNotFound);
+    EXPECT_EQ(first_.CreateKey(kRoot, u"a\\", kRegistryAllAccess), nullptr);
+  }
+  EXPECT_FALSE(std::filesystem::exists(temporary_.Path() / "a"));
+}
+
+TEST_F(SqliteRegistryTest, WriteScopesReachOthersAsAWhole) {
+  const auto mine = Create(first_);
+  const auto theirs = Open(second_);
+  {
+    const auto outer = first_.BeginWrite();
+    SetBytes(*mine, u"a", "1");
+    {
+      const auto inner = first_.BeginWrite();
+      SetBytes(*mine, u"b", "1");
+    }
+    EXPECT_EQ(GetBytes(*theirs, u"a"), std::nullopt);
+    EXPECT_EQ(GetBytes(*theirs, u"b"), std::nullopt);
+  }
+  EXPECT_EQ(GetBytes(*theirs, u"a"), "1");
+  EXPECT_EQ(GetBytes(*theirs, u"b"), "1");
+}
+
+TEST_F(SqliteRegistryTest, ReadScopesShowOneState) {
+  const auto mine = Create(first_);
+  SetBytes(*mine, u"a", "1");
+  const auto theirs = Open(second_);
+  {
+    const auto reading = second_.BeginRead();
+    EXPECT_EQ(GetBytes(*theirs, u"a"), "1");
+    SetBytes(*mine, u"a", "2");
+    EXPECT_EQ(GetBytes(*theirs, u"a"), "1");
+  }
+  EXPECT_EQ(GetBytes(*theirs, u"a"), "2");
+}
+
+TEST_F(SqliteRegistryTest, ArmingInAReadScopeDoesNotMissWhatTheScopeHides) {
+  const auto mine = Create(first_);
+  SetBytes(*mine, u"a", "1");
+  WakeEvent wake;
+  const auto theirs = Open(second_);
+  const auto reading = second_.BeginRead();
+  ASSERT_EQ(GetBytes(*theirs, u"a"), "1");
+  SetBytes(*mine, u"a", "2");
+  ASSERT_EQ(theirs->NotifyChange(wake), RegistryStatus::Success);
+  EXPECT_TRUE(wake.WaitFor(std::chrono::seconds(5)));
+}
+
+TEST_F(SqliteRegistryTest, ChangesThatNobodyToldAreNoticed) {
+  WakeEvent wake;
+  const auto key = Create(first_);
+  ForeignConnection foreign(Database());
+  for (int round = 0; round < 5; ++round) {
+    ASSERT_EQ(key->NotifyChange(wake), RegistryStatus::Success);
+    foreign.Execute("UPDATE registry_key SET changes = changes + 1 WHERE folded = 'K'");
+    ASSERT_TRUE(wake.WaitFor(std::chrono::seconds(5)));
+  }
+}
+
+TEST_F(SqliteRegistryTest, AnotherWritersLockIsWaitedForWithinBounds) {
+  const auto key = Create(first_);
+  ASSERT_EQ(SetBytes(*key, u"a", "before"), RegistryStatus::Success);
+  ForeignConnection foreign(Database());
+  foreign.Execute("BEGIN IMMEDIATE");
+  const auto start = steady_clock::now();
+  {
+    const auto scope = first_.BeginWrite();
+    EXPECT_EQ(SetBytes(*key, u"a", "1"), RegistryStatus::WriteFault);
+    EXPECT_EQ(GetBytes(*key, u"a"), "before");
+    foreign.Execute("COMMIT");
+    EXPECT_EQ(SetBytes(*key, u"b", "1"), RegistryStatus::WriteFault) << "a half of the scope";
+  }
+  EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(6));
+  EXPECT_EQ(SetBytes(*key, u"a", "after"), RegistryStatus::Success);
+}
+
+TEST_F(SqliteRegistryTest, WhatIsNoStoreIsToldOnceAndLeftAlone) {
+  using Spoil = void (*)(const std::filesystem::path&);
+  const std::pair<const char*, Spoil> spoilers[] = {
+      {"text", [](const auto& file) { std::ofstream(file) << std::string(10'000, 'x'); }},
+      {"folder", [](const auto& file) { std::filesystem::create_directory(file); }},
+      {"newer layout", [](const auto& file) {
+         ForeignConnection(file).Execute("CREATE TABLE t(x); PRAGMA user_version = 99");
+       }}};
+  for (const auto& [name, spoil] : spoilers) {
+    SCOPED_TRACE(name);
+    const std::filesystem::path folder = temporary_.Path() / name;
+    std::filesystem::create_directory(folder);
+    spoil(folder / "registry.db");
+    SqliteRegistry registry(folder);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Open(registry), nullptr);
+    EXPECT_EQ(Create(registry), nullptr);
+    EXPECT_EQ(Open(registry), nullptr);
+    EXPECT_EQ(registry.RemoveTree(kRoot, u"k"), RegistryStatus::FileNotFound);
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
+    EXPECT_NE(told.find("registry.db"), std::string::npos) << told;
+  }
+  std::ifstream text(temporary_.Path() / "text/registry.db");
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(text), {}), std::string(10'000, 'x'));
+}
+
+TEST_F(SqliteRegistryTest, AnEmptyFileIsAStoreThatIsNotMadeYet) {
+  std::filesystem::create_directories(folder_);
+  std::ofstream(Database()).close();
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(Open(first_), nullptr);
+  EXPECT_NE(Create(second_), nullptr);
+  EXPECT_NE(Open(first_), nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(SqliteRegistryTest, AStoreThatIsTakenAwayIsNotWrittenOn) {
+  WakeEvent wake;
+  const auto key = Create(first_);
+  ASSERT_EQ(SetBytes(*key, u"a", "old"), RegistryStatus::Success);
+  ASSERT_EQ(key->NotifyChange(wake), RegistryStatus::Success);
+  std::filesystem::remove_all(folder_);
+  EXPECT_TRUE(wake.WaitFor(std::chrono::seconds(5)));
+  EXPECT_EQ(GetBytes(*key, u"a"), std::nullopt);
+
+  const auto fresh = Create(second_);
+  ASSERT_EQ(SetBytes(*fresh, u"a", "new"), RegistryStatus::Success);
+  EXPECT_EQ(SetBytes(*key, u"a", "old"), RegistryStatus::FileNotFound);
+  EXPECT_EQ(key->NotifyChange(wake), RegistryStatus::FileNotFound);
+  const auto reopened = Open(first_);
+  ASSERT_NE(reopened, nullptr);
+  EXPECT_EQ(GetBytes(*reopened, u"a"), "new");
+  ASSERT_EQ(reopened->NotifyChange(wake), RegistryStatus::Success);
+  SetBytes(*fresh, u"a", "newer");
+  EXPECT_TRUE(wake.WaitFor(std::chrono::seconds(5)));
+}
+
+// Nothing else would ever copy the log back while a panel is open for days.
+TEST_F(SqliteRegistryTest, TheLogDoesNotGrowForEver) {
+  WakeEvent wake;
+  const auto key = Create(first_);
+  ASSERT_EQ(key->NotifyChange(wake), RegistryStatus::Success);
+  for (const char byte : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}) {
+    ASSERT_EQ(SetBytes(*key, u"a", std::string(1U << 20U, byte)), RegistryStatus::Success);
+  }
+  const std::filesystem::path log = folder_ / "registry.db-wal";
+  ASSERT_GT(std::filesystem::file_size(log), 5U << 20U);
+  const auto deadline = steady_clock::now() + std::chrono::seconds(10);
+  while (std::filesystem::file_size(log) > 5U << 20U && steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  EXPECT_LE(std::filesystem::file_size(log), 5U << 20U);
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,80 @@
+#include "platform/linux/state_folder.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+
+#include "tests/support/forked_process.h"
+#include "tests/support/temporary_folder.h"
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+// In a child, for the environment, the umask and the user belong to the whole process.
+bool HoldsInChild(const std::function<bool()>& check) {
+  support::ForkedProcess child([&](const support::Line&) {
+    if (!check()) _exit(1);
+  });
+  return child.Join();
+}
+
+TEST(StateFolderTest, FollowsTheEnvironment) {
+  EXPECT_TRUE(HoldsInChild([] {
+    setenv("TONALYX_ROOT", "/somewhere/./else/", 1);
+    return StateFolder() == "/somewhere/else";
+  }));
+  EXPECT_TRUE(HoldsInChild([] {
+    setenv("TONALYX_ROOT", "relative", 1);
+    return StateFolder() == fs::current_path() / "relative";
+  }));
+  const bool machineFolderIsOurs = access("/var/lib", W_OK) == 0;
+  EXPECT_TRUE(HoldsInChild([=] {
+    setenv("TONALYX_ROOT", "", 1);
+    setenv("XDG_STATE_HOME", "/state", 1);
+    return StateFolder() ==
+           (machineFolderIsOurs ? "/var/lib/norvane/velsona" : "/state/norvane/velsona");
+  }));
+  EXPECT_FALSE(fs::exists("/somewhere"));
+}
+
+TEST(StateFolderTest, FallsBackToTheHomeOfAUserWithoutRights) {
+  constexpr uid_t kNobody = 65534;
+  if (geteuid() != 0) GTEST_SKIP() << "only root can become another user";
+  if (access("/var/lib/norvane/velsona", F_OK) == 0) GTEST_SKIP() << "the machine has a store";
+  const auto folderOfNobody = [](const char* stateHome) {
+    setenv("TONALYX_ROOT", "", 1);
+    setenv("XDG_STATE_HOME", stateHome, 1);
+    setenv("HOME", "/home/someone", 1);
+    return seteuid(kNobody) == 0 ? StateFolder() : fs::path();
+  };
+  for (const char* unusable : {"", "relative"}) {
+    EXPECT_TRUE(HoldsInChild(
+        [&] { return folderOfNobody(unusable) == "/home/someone/.local/state/norvane/velsona"; }));
+  }
+  EXPECT_TRUE(HoldsInChild([&] { return folderOfNobody("/state") == "/state/norvane/velsona"; }));
+}
+
+TEST(StateFolderTest, IsMadeWithItsParentsWhateverTheUmask) {
+  const support::TemporaryFolder temporary;
+  const fs::path folder = temporary.Path() / "a/b/c";
+  EXPECT_TRUE(HoldsInChild([&] {
+    umask(0077);
+    return MakeStateFolder(folder) && MakeStateFolder(folder);
+  }));
+  const auto modeOf = [](const fs::path& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 ? status.st_mode & ALLPERMS : 0U;
+  };
+  EXPECT_EQ(modeOf(folder), 0777U);
+  EXPECT_EQ(modeOf(folder.parent_path()), 0755U);
+  EXPECT_FALSE(MakeStateFolder("/dev/null/folder"));
+}
+
+}  // namespace
+}  // namespace platform
