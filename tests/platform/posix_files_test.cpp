@@ -1,0 +1,154 @@
+// What only real files can show.
+#include "platform/linux/posix_files.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <span>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "platform/linux/file_descriptor.h"
+#include "platform/text.h"
+#include "tests/support/forked_process.h"
+#include "tests/support/temporary_folder.h"
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+using support::ForkedProcess;
+using support::Line;
+
+class PosixFilesTest : public testing::Test {
+ protected:
+  std::u16string Path(const char* name) const {
+    return FromUtf8((temporary_.Path() / name).native());
+  }
+
+  static bool Write(File& file, std::string_view text) {
+    return file.Write(std::as_bytes(std::span(text)));
+  }
+
+  static std::string Contents(const fs::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+  }
+
+  support::TemporaryFolder temporary_;
+  fs::path stateFolder_ = temporary_.Path() / "a/state";
+  PosixFileSystem files_{stateFolder_};
+};
+
+TEST_F(PosixFilesTest, IsRefusedWhatAnotherProcessHoldsUntilItIsKilled) {
+  std::ofstream(temporary_.Path() / "file") << "text";
+  ForkedProcess holder([this](const Line& parent) {
+    const std::unique_ptr<File> file = files_.OpenExisting(Path("file"), FileAccess::Append);
+    parent.Say(file && Write(*file, "+more") ? 'y' : 'n');
+    parent.Hear();
+  });
+  ASSERT_EQ(holder.Talk().Hear(), 'y');
+  EXPECT_EQ(files_.OpenExisting(Path("file"), FileAccess::Read), nullptr);
+  EXPECT_EQ(files_.CreateAlways(Path("file")), nullptr);
+  EXPECT_EQ(Contents(temporary_.Path() / "file"), "text+more");
+  holder.Kill();
+  EXPECT_TRUE(files_.OpenExisting(Path("file"), FileAccess::Read));
+}
+
+TEST_F(PosixFilesTest, DoesNotWaitForTheOtherEndOfAFifo) {
+  ASSERT_EQ(mkfifo((temporary_.Path() / "fifo").c_str(), 0666), 0);
+  EXPECT_EQ(files_.OpenExisting(Path("fifo"), FileAccess::Read), nullptr);
+  EXPECT_EQ(files_.OpenExisting(Path("fifo"), FileAccess::Append), nullptr);
+  EXPECT_EQ(files_.CreateAlways(Path("fifo")), nullptr);
+  EXPECT_EQ(files_.OpenExisting(u"/dev/null", FileAccess::Read), nullptr);
+  EXPECT_EQ(files_.CreateAlways(u"/dev/null"), nullptr);
+}
+
+TEST_F(PosixFilesTest, AppendsWhereTheEndIsByThen) {
+  std::ofstream(temporary_.Path() / "file") << "a";
+  const std::unique_ptr<File> file = files_.OpenExisting(Path("file"), FileAccess::Append);
+  ASSERT_TRUE(file);
+  EXPECT_TRUE(Write(*file, "b"));
+  // Somebody who knows nothing of the locks.
+  std::ofstream(temporary_.Path() / "file", std::ios::app) << "foreign";
+  EXPECT_TRUE(Write(*file, "c"));
+  EXPECT_EQ(Contents(temporary_.Path() / "file"), "abforeignc");
+}
+
+TEST_F(PosixFilesTest, TellsThatTheDiskIsFull) {
+  // The device is no regular file, so the layer does not open it; a limit on the file's size stands
+  // in for it.
+  ForkedProcess writer([this](const Line& parent) {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{4, 4};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const std::unique_ptr<File> file = files_.CreateAlways(Path("file"));
+    parent.Say(file && !Write(*file, "123456") ? 'y' : 'n');
+  });
+  EXPECT_EQ(writer.Talk().Hear(), 'y');
+  EXPECT_EQ(Contents(temporary_.Path() / "file"), "1234");
+}
+
+TEST_F(PosixFilesTest, KeepsNamesThatAreNoUtf8) {
+  const std::string name = "caf\xE9\xFF.VTD";
+  std::ofstream(temporary_.Path() / name) << "text";
+  const std::vector<std::u16string> found = files_.FindByExtension(Path(""), u".vtd");
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_TRUE(files_.OpenExisting(Path("") + found[0], FileAccess::Read));
+  EXPECT_TRUE(files_.Remove(Path("") + found[0]));
+  EXPECT_FALSE(fs::exists(temporary_.Path() / name));
+}
+
+TEST_F(PosixFilesTest, DoesNotCutAPathAtANul) {
+  std::ofstream(temporary_.Path() / "file") << "text";
+  const std::u16string path = Path("file") + std::u16string(1, u'\0') + u"more";
+  EXPECT_EQ(files_.OpenExisting(path, FileAccess::Read), nullptr);
+  EXPECT_EQ(files_.CreateAlways(path), nullptr);
+  EXPECT_FALSE(files_.Remove(path));
+  EXPECT_EQ(Contents(temporary_.Path() / "file"), "text");
+}
+
+TEST_F(PosixFilesTest, MakesTheLogsFolderWithTheLogAndOpensBothToEveryone) {
+  const std::u16string log = files_.DiagnosticLogPath();
+  EXPECT_EQ(ToUtf8(log), (stateFolder_ / "Velsona.txt").native());
+  EXPECT_EQ(files_.OpenExisting(log, FileAccess::Append), nullptr);
+  EXPECT_FALSE(fs::exists(temporary_.Path() / "a"));
+  EXPECT_EQ(files_.CreateAlways(Path("b/file")), nullptr) << "no other file's folder is made";
+
+  const mode_t before = umask(0077);
+  EXPECT_TRUE(files_.CreateAlways(log));
+  umask(before);
+  struct stat status {};
+  ASSERT_EQ(stat((stateFolder_ / "Velsona.txt").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0666U);
+  ASSERT_EQ(stat(stateFolder_.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0777U);
+}
+
+TEST_F(PosixFilesTest, FollowsLinksExceptInTheLogsPlace) {
+  std::ofstream(temporary_.Path() / "file") << "text";
+  fs::create_symlink(temporary_.Path() / "file", temporary_.Path() / "link");
+  EXPECT_TRUE(files_.OpenExisting(Path("link"), FileAccess::Read));
+
+  fs::create_directories(stateFolder_);
+  fs::create_symlink(temporary_.Path() / "file", stateFolder_ / "Velsona.txt");
+  EXPECT_EQ(files_.OpenExisting(files_.DiagnosticLogPath(), FileAccess::Append), nullptr);
+  EXPECT_EQ(files_.CreateAlways(files_.DiagnosticLogPath()), nullptr);
+  EXPECT_EQ(Contents(temporary_.Path() / "file"), "text");
+}
+
+TEST_F(PosixFilesTest, NamesTheFolderInWhichTheProgramReallyLies) {
+  EXPECT_EQ(ToUtf8(files_.ProgramFolder()),
+            (fs::canonical("/proc/self/exe").parent_path() / "").native());
+}
+
+}  // namespace
+}  // namespace platform
