@@ -1,0 +1,58 @@
+#include "platform/virtual/virtual_laptop.h"
+
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+namespace platform {
+namespace {
+
+std::optional<std::string> ReadWhole(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) return std::nullopt;
+  std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+  if (stream.bad()) return std::nullopt;
+  return text;
+}
+
+LaptopFile BareMachine() {
+  LaptopFile laptop;
+  laptop.devices.emplace();
+  laptop.endpoints.emplace();
+  return laptop;
+}
+
+}  // namespace
+
+VirtualLaptop::VirtualLaptop(std::filesystem::path file, ReportLine report)
+    : file_(std::move(file)), report_(std::move(report)) {}
+
+LaptopFile VirtualLaptop::Read() {
+  const std::optional<std::string> text = ReadWhole(file_);
+  if (!text) {
+    Report(file_.string() + ": cannot be read");
+    return BareMachine();
+  }
+  LaptopFileError error;
+  std::optional<LaptopFile> laptop = ParseLaptopFile(*text, &error);
+  if (!laptop) {
+    Report(file_.string() + ":" + std::to_string(error.line) + ":" + std::to_string(error.column) +
+           ": " + error.message);
+    return BareMachine();
+  }
+  const std::lock_guard lock(mutex_);
+  lastReport_.clear();
+  return *std::move(laptop);
+}
+
+void VirtualLaptop::Report(const std::string& line) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (line == lastReport_) return;
+    lastReport_ = line;
+  }
+  report_(line);
+}
+
+}  // namespace platform

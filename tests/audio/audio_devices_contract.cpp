@@ -1,0 +1,113 @@
+#include "tests/audio/audio_devices_contract.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <future>
+#include <thread>
+
+#include "tests/audio/recording_sink.h"
+
+namespace support {
+
+using namespace std::chrono_literals;
+using platform::DataFlow;
+using platform::DeviceRole;
+using platform::HResult;
+using Kind = platform::EndpointReportKind;
+
+std::vector<std::u16string> AudioDevicesContract::Ids(std::uint32_t stateMask) {
+  std::vector<std::u16string> ids;
+  const auto enumerator = machine_->Devices().CreateEnumerator();
+  const auto endpoints = enumerator->EnumerateEndpoints(DataFlow::Render, stateMask);
+  for (std::uint32_t i = 0; endpoints != nullptr && i < endpoints->Count(); ++i) {
+    ids.push_back(endpoints->Item(i)->Id().value_or(u""));
+  }
+  return ids;
+}
+
+std::u16string AudioDevicesContract::DefaultId() {
+  const auto enumerator = machine_->Devices().CreateEnumerator();
+  const auto endpoint = enumerator->DefaultEndpoint(DataFlow::Render, DeviceRole::Console);
+  return endpoint == nullptr ? u"none" : endpoint->Id().value_or(u"");
+}
+
+TEST_P(AudioDevicesContract, TellsEveryEndpointAndItsProperties) {
+  const auto enumerator = machine_->Devices().CreateEnumerator();
+  const auto endpoints =
+      enumerator->EnumerateEndpoints(DataFlow::Render, platform::kDeviceStateActive);
+  ASSERT_NE(endpoints, nullptr);
+  ASSERT_EQ(endpoints->Count(), 2U);
+  EXPECT_EQ(endpoints->Item(2), nullptr);
+  EXPECT_NE(endpoints->Item(0)->Id(), endpoints->Item(1)->Id());
+  for (std::uint32_t i = 0; i < 2; ++i) {
+    const auto device = endpoints->Item(i);
+    EXPECT_EQ(device->State(), platform::kDeviceStateActive);
+    const auto properties = device->OpenPropertyStore();
+    ASSERT_NE(properties, nullptr);
+    const auto guid = properties->GetString(platform::kEndpointGuidProperty);
+    EXPECT_TRUE(platform::GuidFromString(guid.value_or(u"")));
+    EXPECT_TRUE(platform::GuidFromString(
+        properties->GetString(platform::kEndpointJackSubTypeProperty).value_or(u"")));
+    EXPECT_TRUE(properties->GetString(platform::kDeviceInterfaceFriendlyNameProperty));
+    EXPECT_FALSE(properties->GetString({platform::kEndpointGuidProperty.format, 77}));
+    EXPECT_EQ(device->ActivateMeter()->PeakValue(), 0.0F);
+  }
+  EXPECT_EQ(DefaultId(), Ids()[0]);
+
+  const auto unplugged =
+      enumerator->EnumerateEndpoints(DataFlow::Render, platform::kDeviceStateUnplugged);
+  ASSERT_NE(unplugged, nullptr);
+  EXPECT_EQ(unplugged->Count(), 0U);
+  const auto capture =
+      enumerator->EnumerateEndpoints(DataFlow::Capture, platform::kDeviceStateActive);
+  EXPECT_TRUE(capture == nullptr || capture->Count() == 0);
+  EXPECT_EQ(enumerator->DefaultEndpoint(DataFlow::Capture, DeviceRole::Console), nullptr);
+}
+
+TEST_P(AudioDevicesContract, ReportsChangesOnAThreadOfItsOwn) {
+  const std::vector<std::u16string> ids = Ids();
+  ASSERT_EQ(ids.size(), 2U);
+  std::vector<std::u16string> seenInside;
+  RecordingSink sink([&] { seenInside = Ids(); });
+  ASSERT_EQ(machine_->Devices().CreateEnumerator()->RegisterCallback(sink), HResult::Ok);
+
+  machine_->MakeDefault(1);
+  EXPECT_TRUE(sink.WaitFor({Kind::DefaultChanged, ids[1]}, 2s));
+  EXPECT_NE(sink.CallingThread(), std::this_thread::get_id());
+  EXPECT_EQ(DefaultId(), ids[1]);
+
+  machine_->Remove(0);
+  EXPECT_TRUE(sink.WaitFor({Kind::Removed, ids[0]}, 2s));
+  EXPECT_THAT(Ids(), testing::ElementsAre(ids[1]));
+
+  EXPECT_EQ(machine_->Devices().CreateEnumerator()->UnregisterCallback(sink), HResult::Ok);
+  EXPECT_THAT(seenInside, testing::ElementsAre(ids[1])) << "the service answers inside a report";
+}
+
+TEST_P(AudioDevicesContract, NoReportRunsOnceUnregisteringHasReturned) {
+  std::promise<void> entered;
+  std::atomic<int> running = 0;
+  std::once_flag once;
+  RecordingSink sink([&] {
+    ++running;
+    std::call_once(once, [&] { entered.set_value(); });
+    std::this_thread::sleep_for(100ms);
+    --running;
+  });
+  const auto enumerator = machine_->Devices().CreateEnumerator();
+  ASSERT_EQ(enumerator->RegisterCallback(sink), HResult::Ok);
+  EXPECT_GT(sink.References(), 1U);
+  machine_->MakeDefault(1);
+  ASSERT_EQ(entered.get_future().wait_for(2s), std::future_status::ready);
+
+  EXPECT_EQ(enumerator->UnregisterCallback(sink), HResult::Ok);
+  EXPECT_EQ(running, 0);
+  EXPECT_EQ(sink.References(), 1U);
+  sink.Forget();
+  machine_->MakeDefault(0);
+  EXPECT_FALSE(sink.WaitForAny(300ms));
+  EXPECT_NE(enumerator->UnregisterCallback(sink), HResult::Ok) << "it is no longer registered";
+}
+
+}  // namespace support

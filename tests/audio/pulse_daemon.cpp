@@ -1,0 +1,109 @@
+#include "tests/audio/pulse_daemon.h"
+
+#include <signal.h>
+
+#include <cmath>
+#include <cstdint>
+#include <fstream>
+#include <numbers>
+#include <stdexcept>
+#include <thread>
+
+namespace support {
+
+using namespace std::chrono_literals;
+
+PulseDaemon::PulseDaemon(std::vector<std::string> sinks) : sinks_(std::move(sinks)) {
+  Start();
+}
+
+std::string PulseDaemon::Server() const {
+  return "unix:" + (folder_.Path() / "native").string();
+}
+
+std::map<std::string, std::string> PulseDaemon::Environment() const {
+  const std::string folder = folder_.Path().string();
+  return {{"HOME", folder},
+          {"XDG_RUNTIME_DIR", folder},
+          {"PULSE_RUNTIME_PATH", folder},
+          {"PULSE_STATE_PATH", folder},
+          {"PULSE_SERVER", Server()},
+          {"DISPLAY", ""},
+          {"DBUS_SESSION_BUS_ADDRESS", ""}};
+}
+
+void PulseDaemon::Start() {
+  // A server that was killed leaves its socket behind.
+  std::filesystem::remove(folder_.Path() / "native");
+  std::vector<std::string> command = {"pulseaudio",        "-n",
+                                      "--daemonize=no",    "--exit-idle-time=-1",
+                                      "--use-pid-file=no", "--disable-shm=yes",
+                                      "--log-level=error"};
+  for (const std::string& sink : sinks_) {
+    command.push_back("--load=module-null-sink sink_name=" + sink);
+  }
+  // Last, so that whoever connects finds the sinks.
+  command.push_back("--load=module-native-protocol-unix auth-anonymous=1 socket=" +
+                    (folder_.Path() / "native").string());
+  server_.emplace(command, Environment());
+  for (int attempt = 0; attempt < 200; ++attempt) {
+    if (RunProcess({"pactl", "info"}, Environment()).exitStatus == 0) return;
+    std::this_thread::sleep_for(25ms);
+  }
+  throw std::runtime_error("the audio server does not start");
+}
+
+void PulseDaemon::Kill() {
+  server_->Kill(SIGKILL);
+  server_->WaitForExit(5s);
+}
+
+void PulseDaemon::Halt() {
+  server_->Kill(SIGSTOP);
+}
+
+void PulseDaemon::Continue() {
+  server_->Kill(SIGCONT);
+}
+
+std::string PulseDaemon::Control(const std::vector<std::string>& arguments) {
+  std::vector<std::string> command = {"pactl"};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  const ProcessResult result = RunProcess(command, Environment());
+  if (result.exitStatus != 0) throw std::runtime_error("pactl: " + result.errors);
+  return result.output;
+}
+
+std::string PulseDaemon::AddSink(const std::string& name, const std::string& description) {
+  std::string number = Control({"load-module", "module-null-sink", "sink_name=" + name,
+                                "sink_properties=device.description='" + description + "'"});
+  while (!number.empty() && number.back() == '\n') number.pop_back();
+  return number;
+}
+
+std::unique_ptr<ChildProcess> PulseDaemon::Play(const std::string& sink, double level,
+                                                std::chrono::milliseconds latency) {
+  constexpr int kRate = 44100;
+  constexpr int kSeconds = 30;
+  constexpr double kHertz = 441.0;
+  const std::filesystem::path file = folder_.Path() / ("tone" + std::to_string(level));
+  std::ofstream stream(file, std::ios::binary);
+  for (int i = 0; i < kSeconds * kRate; ++i) {
+    const double value = level * std::sin(2.0 * std::numbers::pi * kHertz * i / kRate);
+    const auto sample = static_cast<std::int16_t>(std::lround(32767.0 * value));
+    stream.write(reinterpret_cast<const char*>(&sample), sizeof(sample));
+  }
+  stream.close();
+  auto player = std::make_unique<ChildProcess>(
+      std::vector<std::string>{"pacat", "--playback", "--raw", "--format=s16le", "--channels=1",
+                               "--rate=44100", "--latency-msec=" + std::to_string(latency.count()),
+                               "--device=" + sink, file.string()},
+      Environment());
+  for (int attempt = 0; Control({"list", "short", "sink-inputs"}).empty(); ++attempt) {
+    if (attempt == 200) throw std::runtime_error("nothing plays");
+    std::this_thread::sleep_for(25ms);
+  }
+  return player;
+}
+
+}  // namespace support

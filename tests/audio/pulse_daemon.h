@@ -1,0 +1,50 @@
+// An audio server of a test's own, apart from the user's.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/support/child_process.h"
+#include "tests/support/temporary_folder.h"
+
+namespace support {
+
+// Runs until destruction. Its sinks are null sinks: they play to nowhere, in real time.
+class PulseDaemon {
+ public:
+  // Starts with these sinks, the first as the default, unless told to wait.
+  explicit PulseDaemon(std::vector<std::string> sinks);
+  ~PulseDaemon() = default;
+
+  // What a client names the server by; the same after every start.
+  std::string Server() const;
+
+  void Start();
+  // Kills it outright.
+  void Kill();
+  // Halts it and lets it go on.
+  void Halt();
+  void Continue();
+
+  // Runs pactl and gives what it printed; throws when it fails.
+  std::string Control(const std::vector<std::string>& arguments);
+  // The number of the module that carries a sink made now.
+  std::string AddSink(const std::string& name, const std::string& description = "");
+
+  // Plays a sine tone of this level, 0 to 1, to the sink until the player is destroyed.
+  std::unique_ptr<ChildProcess> Play(
+      const std::string& sink, double level,
+      std::chrono::milliseconds latency = std::chrono::milliseconds(50));
+
+ private:
+  std::map<std::string, std::string> Environment() const;
+
+  TemporaryFolder folder_;
+  const std::vector<std::string> sinks_;
+  std::optional<ChildProcess> server_;
+};
+
+}  // namespace support

@@ -1,0 +1,239 @@
+// The backend on a real audio server that comes, goes, hangs and plays.
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+#include <chrono>
+#include <thread>
+
+#include "platform/linux/pulse_audio_devices.h"
+#include "platform/linux/pulse_endpoints.h"
+#include "tests/audio/audio_devices_contract.h"
+#include "tests/audio/pulse_daemon.h"
+#include "tests/audio/recording_sink.h"
+
+namespace support {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::DataFlow;
+using platform::DeviceRole;
+using platform::HResult;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+using Kind = platform::EndpointReportKind;
+
+constexpr milliseconds kBound{250};
+constexpr milliseconds kAtOnce{50};
+
+std::u16string IdOf(const std::string& sink) {
+  return u"{0.0.0.00000000}." + platform::SinkGuid(sink);
+}
+
+class PulseMachine : public AudioMachine {
+ public:
+  platform::AudioDevices& Devices() override { return devices_; }
+  void MakeDefault(int index) override {
+    daemon_.Control({"set-default-sink", index == 0 ? "first" : "second"});
+  }
+  void Remove(int index) override {
+    // The sinks are the server's first modules.
+    daemon_.Control({"unload-module", std::to_string(index)});
+  }
+
+ private:
+  PulseDaemon daemon_{{"first", "second"}};
+  platform::PulseAudioDevices devices_{{}, daemon_.Server()};
+};
+
+INSTANTIATE_TEST_SUITE_P(Server, AudioDevicesContract,
+                         testing::Values(AudioMachineMaker{
+                             "Pulse", [] { return std::make_unique<PulseMachine>(); }}),
+                         NameOf);
+
+class PulseDevicesTest : public testing::Test {
+ protected:
+  std::u16string DefaultId() {
+    const auto endpoint =
+        devices_.CreateEnumerator()->DefaultEndpoint(DataFlow::Render, DeviceRole::Console);
+    return endpoint == nullptr ? u"none" : endpoint->Id().value_or(u"");
+  }
+
+  // Asks for the default once and tells how long that took.
+  milliseconds TimeOfAnswer() {
+    const auto start = steady_clock::now();
+    DefaultId();
+    return std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
+  }
+
+  std::optional<float> PeakOf(const std::string& sink) {
+    const auto endpoints = devices_.CreateEnumerator()->EnumerateEndpoints(
+        DataFlow::Render, platform::kDeviceStateActive);
+    for (std::uint32_t i = 0; endpoints != nullptr && i < endpoints->Count(); ++i) {
+      const auto device = endpoints->Item(i);
+      if (device->Id() == IdOf(sink)) return device->ActivateMeter()->PeakValue();
+    }
+    return std::nullopt;
+  }
+
+  bool DefaultBecomes(const std::u16string& id, milliseconds timeout) {
+    const auto end = steady_clock::now() + timeout;
+    while (DefaultId() != id) {
+      if (steady_clock::now() > end) return false;
+      std::this_thread::sleep_for(10ms);
+    }
+    return true;
+  }
+
+  void Register() { ASSERT_EQ(devices_.CreateEnumerator()->RegisterCallback(sink_), HResult::Ok); }
+
+  void TearDown() override { devices_.CreateEnumerator()->UnregisterCallback(sink_); }
+
+  PulseDaemon daemon_{{"first", "second"}};
+  platform::PulseAudioDevices devices_{{}, daemon_.Server()};
+  RecordingSink sink_;
+};
+
+TEST_F(PulseDevicesTest, FollowsAServerThatIsKilledAndStartedAgain) {
+  Register();
+  ASSERT_EQ(DefaultId(), IdOf("first"));
+
+  daemon_.Kill();
+  EXPECT_TRUE(sink_.WaitFor({Kind::DefaultChanged, u""}, 2s));
+  EXPECT_TRUE(sink_.WaitFor({Kind::Removed, IdOf("second")}, 1s));
+  EXPECT_EQ(devices_.CreateEnumerator()->EnumerateEndpoints(DataFlow::Render, 9), nullptr);
+  EXPECT_LT(TimeOfAnswer(), kAtOnce);
+
+  sink_.Forget();
+  daemon_.Start();
+  EXPECT_TRUE(sink_.WaitFor({Kind::DefaultChanged, IdOf("first")}, 4s))
+      << "it connects again although nobody asks";
+  EXPECT_EQ(DefaultId(), IdOf("first"));
+}
+
+TEST_F(PulseDevicesTest, ServerThatComesBackAnswersTheNextQuestion) {
+  ASSERT_EQ(DefaultId(), IdOf("first"));
+  daemon_.Kill();
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(DefaultId(), u"none");
+  daemon_.Start();
+  EXPECT_TRUE(DefaultBecomes(IdOf("first"), 100ms)) << "no need to wait for the next attempt";
+}
+
+TEST_F(PulseDevicesTest, HangingServerCostsOneShortWait) {
+  Register();
+  ASSERT_EQ(DefaultId(), IdOf("first"));
+  sink_.Forget();
+
+  daemon_.Halt();
+  EXPECT_LT(TimeOfAnswer(), kBound);
+  for (int i = 0; i < 3; ++i) EXPECT_LT(TimeOfAnswer(), kAtOnce);
+  EXPECT_EQ(DefaultId(), u"none");
+  EXPECT_EQ(PeakOf("first"), std::nullopt);
+
+  daemon_.Continue();
+  EXPECT_TRUE(sink_.WaitFor({Kind::DefaultChanged, IdOf("first")}, 1s))
+      << "whoever was turned away is told to look again";
+  EXPECT_EQ(DefaultId(), IdOf("first"));
+}
+
+TEST_F(PulseDevicesTest, HangingServerIsNoObstacleToRegistering) {
+  daemon_.Halt();
+  const auto start = steady_clock::now();
+  Register();
+  EXPECT_LT(steady_clock::now() - start, kBound);
+  EXPECT_LT(TimeOfAnswer(), kAtOnce);
+  daemon_.Continue();
+  EXPECT_TRUE(sink_.WaitFor({Kind::DefaultChanged, IdOf("first")}, 2s));
+}
+
+TEST_F(PulseDevicesTest, HangingServerThatIsReplacedIsFound) {
+  Register();
+  ASSERT_EQ(DefaultId(), IdOf("first"));
+  daemon_.Halt();
+  EXPECT_EQ(DefaultId(), u"none");
+  daemon_.Kill();
+  EXPECT_TRUE(sink_.WaitFor({Kind::DefaultChanged, u""}, 2s));
+  daemon_.Start();
+  EXPECT_TRUE(DefaultBecomes(IdOf("first"), 4s));
+}
+
+TEST_F(PulseDevicesTest, LevelsAreThoseOfWhatPlays) {
+  EXPECT_EQ(PeakOf("first"), 0.0F);
+  const auto player = daemon_.Play("second", 0.5);
+  float loudest = 0.0F;
+  for (int i = 0; i < 20 && loudest < 0.4F; ++i) {
+    const auto start = steady_clock::now();
+    loudest = std::max(loudest, PeakOf("second").value_or(0.0F));
+    EXPECT_LT(steady_clock::now() - start, 2 * kBound);
+  }
+  EXPECT_NEAR(loudest, 0.5F, 0.02F);
+  EXPECT_EQ(PeakOf("first"), 0.0F);
+}
+
+TEST_F(PulseDevicesTest, PlayingIsReportedButLookingAtTheLevelIsNot) {
+  Register();
+  auto player = daemon_.Play("second", 0.5);
+  const RecordingSink::Report playing = {Kind::PropertyChanged, IdOf("second"), 0,
+                                         platform::kEndpointLevelProperty};
+  EXPECT_TRUE(sink_.WaitFor(playing, 2s));
+  while (!PeakOf("second")) std::this_thread::sleep_for(10ms);
+  std::this_thread::sleep_for(200ms);
+  sink_.Forget();
+  for (int i = 0; i < 10; ++i) {
+    PeakOf("first");
+    PeakOf("second");
+  }
+  EXPECT_FALSE(sink_.WaitForAny(300ms));
+  // Nor does a new volume matter to anyone.
+  daemon_.Control({"set-sink-volume", "second", "50%"});
+  EXPECT_FALSE(sink_.WaitForAny(300ms));
+
+  player.reset();
+  EXPECT_TRUE(sink_.WaitFor(playing, 2s)) << "and so is the end";
+}
+
+TEST_F(PulseDevicesTest, LevelThatComesTooLateIsAnnounced) {
+  Register();
+  // The sink hands on two seconds at a time, so that the recording has to wait.
+  const auto player = daemon_.Play("second", 0.5, 2000ms);
+  std::this_thread::sleep_for(200ms);
+  sink_.Forget();
+  ASSERT_EQ(PeakOf("second"), std::nullopt);
+  EXPECT_TRUE(sink_.WaitForAny(3s));
+  const auto start = steady_clock::now();
+  EXPECT_NEAR(PeakOf("second").value_or(0.0F), 0.5F, 0.02F);
+  EXPECT_LT(steady_clock::now() - start, kAtOnce);
+}
+
+TEST_F(PulseDevicesTest, NewSinksAreReportedWithTheirProperties) {
+  Register();
+  daemon_.AddSink("third", "Third");
+  EXPECT_TRUE(sink_.WaitFor({Kind::Added, IdOf("third")}, 2s));
+  const auto endpoints = devices_.CreateEnumerator()->EnumerateEndpoints(DataFlow::Render, 1);
+  ASSERT_EQ(endpoints->Count(), 3U);
+  EXPECT_EQ(endpoints->Item(2)->OpenPropertyStore()->GetString(
+                platform::kDeviceInterfaceFriendlyNameProperty),
+            u"Third");
+}
+
+TEST(PulseDevicesWithoutServerTest, RegistersAndWaitsWithoutTurningRound) {
+  TemporaryFolder folder;
+  platform::PulseAudioDevices devices({}, "unix:" + (folder.Path() / "native").string());
+  RecordingSink sink;
+  EXPECT_EQ(devices.CreateEnumerator()->RegisterCallback(sink), HResult::Ok);
+  const auto processorTime = [] {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return std::chrono::seconds(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           std::chrono::microseconds(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
+  };
+  const auto before = processorTime();
+  std::this_thread::sleep_for(2s);
+  EXPECT_LT(processorTime() - before, 40ms);
+  EXPECT_FALSE(sink.WaitForAny(0ms));
+  EXPECT_EQ(devices.CreateEnumerator()->DefaultEndpoint(DataFlow::Render, DeviceRole::Console),
+            nullptr);
+  EXPECT_EQ(devices.CreateEnumerator()->UnregisterCallback(sink), HResult::Ok);
+}
+
+}  // namespace
+}  // namespace support

@@ -1,0 +1,5 @@
+add_executable(laptopctl
+  ${CMAKE_CURRENT_LIST_DIR}/laptopctl.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/laptop_kinds.cpp)
+target_link_libraries(laptopctl PRIVATE tonalyx_platform_virtual tonalyx_registry_sqlite
+  tonalyx_models)
