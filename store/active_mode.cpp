@@ -1,0 +1,48 @@
+#include "store/active_mode.h"
+
+#include <array>
+#include <memory>
+#include <span>
+
+#include "store/registry_layout.h"
+
+namespace store {
+
+std::optional<std::u16string> QueryActiveSetting(platform::RegistryKey& settingsKey) {
+  std::array<char16_t, kActiveSettingCapacity> buffer{};
+  auto size = static_cast<std::uint32_t>(sizeof(buffer));
+  if (settingsKey.QueryValue(kActiveSettingValue, nullptr, buffer.data(), &size) !=
+      platform::RegistryStatus::Success) {
+    return std::nullopt;
+  }
+  buffer.back() = u'\0';  // what was stored without its NUL may fill the buffer
+  return std::u16string(buffer.data());
+}
+
+void SetActiveSetting(platform::RegistryKey& settingsKey, const std::u16string& activeSetting) {
+  const std::span withNul(activeSetting.c_str(), activeSetting.size() + 1);
+  static_cast<void>(settingsKey.SetValue(kActiveSettingValue, platform::RegistryType::String,
+                                         std::as_bytes(withNul)));
+}
+
+std::int32_t ModeIndexFromSetting(std::u16string_view activeSetting) {
+  const char16_t first = activeSetting.empty() ? u'\0' : activeSetting.front();
+  return static_cast<std::int32_t>(first) - static_cast<std::int32_t>(u'1');
+}
+
+std::int32_t QueryModeIndex(platform::RegistryKey& settingsKey) {
+  constexpr std::int32_t kDefaultIndex = 1;
+  const std::optional<std::u16string> activeSetting = QueryActiveSetting(settingsKey);
+  return activeSetting ? ModeIndexFromSetting(*activeSetting) : kDefaultIndex;
+}
+
+std::optional<std::int32_t> ReadActiveModeIndex(platform::Registry& registry,
+                                                std::u16string_view pathKey) {
+  const std::unique_ptr<platform::RegistryScope> scope = registry.BeginRead();
+  const std::unique_ptr<platform::RegistryKey> key =
+      registry.OpenKey(platform::RegistryRoot::LocalMachine, SettingsKeyPath(pathKey), kReadAccess);
+  if (!key) return std::nullopt;
+  return QueryModeIndex(*key);
+}
+
+}  // namespace store

@@ -1,0 +1,108 @@
+#include "store/parameter_store.h"
+
+#include <memory>
+#include <span>
+
+#include "store/active_mode.h"
+
+namespace store {
+namespace {
+
+using platform::Registry;
+using platform::RegistryAccess;
+using platform::RegistryDisposition;
+using platform::RegistryKey;
+using platform::RegistryRoot;
+using platform::RegistryScope;
+using platform::RegistryStatus;
+using platform::RegistryType;
+
+// Full access for users, authenticated users and administrators, inherited by what lies below.
+constexpr std::u16string_view kVendorAccessList =
+    u"D:(A;OICI;KA;;;BU)(A;OICI;KA;;;AU)(A;OICI;KA;;;BA)";
+
+constexpr std::u16string_view kDefaultSetting = u"2";
+
+std::unique_ptr<RegistryKey> OpenKey(Registry& registry, std::u16string_view path,
+                                     RegistryAccess access) {
+  return registry.OpenKey(RegistryRoot::LocalMachine, path, access);
+}
+
+// Leaves `value`, or the bytes of it that a shorter value does not cover, as it was.
+bool QueryParameter(RegistryKey& key, std::size_t number, float& value) {
+  std::uint32_t size = sizeof(value);
+  return key.QueryValue(ParameterName(number), nullptr, &value, &size) == RegistryStatus::Success;
+}
+
+void SetParameter(RegistryKey& key, std::size_t number, const float& value) {
+  static_cast<void>(key.SetValue(ParameterName(number), RegistryType::Binary,
+                                 std::as_bytes(std::span(&value, 1))));
+}
+
+// Not `!(value == committed)` by accident: a NaN on either side must be written.
+bool Differs(float value, float committed) {
+  return value != committed;
+}
+
+}  // namespace
+
+void EnsureVendorKey(Registry& registry) {
+  if (!platform::IsAccessList(kVendorAccessList)) return;
+  auto disposition = RegistryDisposition::CreatedNew;
+  const std::unique_ptr<RegistryScope> scope = registry.BeginWrite();
+  const std::unique_ptr<RegistryKey> key = registry.CreateKey(
+      RegistryRoot::LocalMachine, kVendorKey, kWriteAccess, &disposition, kVendorAccessList);
+  if (key && disposition == RegistryDisposition::OpenedExisting) {
+    static_cast<void>(key->SetAccessList(kVendorAccessList));
+  }
+}
+
+bool LoadActiveSet(Registry& registry, std::u16string_view pathKey, ParameterStore& store) {
+  store.pathKey = pathKey;
+  const std::unique_ptr<RegistryScope> scope = registry.BeginRead();
+  const std::unique_ptr<RegistryKey> settingsKey =
+      OpenKey(registry, SettingsKeyPath(pathKey), kReadAccess);
+  if (!settingsKey) return false;
+  store.activeSetting = QueryActiveSetting(*settingsKey).value_or(std::u16string(kDefaultSetting));
+  const std::unique_ptr<RegistryKey> setKey = OpenKey(
+      registry, SettingKeyPath(Tree::Parameters, pathKey, store.activeSetting), kReadAccess);
+  if (!setKey) return true;
+  for (std::size_t i = 0; i < kParameterCount; ++i) {
+    static_cast<void>(QueryParameter(*setKey, i + 1, store.values[i]));
+  }
+  store.committed = store.values;
+  return true;
+}
+
+bool CommitChanges(Registry& registry, ParameterStore& store) {
+  const std::unique_ptr<RegistryScope> scope = registry.BeginWrite();
+  const std::unique_ptr<RegistryKey> key = registry.CreateKey(
+      RegistryRoot::LocalMachine,
+      SettingKeyPath(Tree::Parameters, store.pathKey, store.activeSetting), kWriteAccess);
+  if (!key) return false;
+  for (std::size_t i = 0; i < kParameterCount; ++i) {
+    if (!Differs(store.values[i], store.committed[i])) continue;
+    SetParameter(*key, i + 1, store.values[i]);
+    store.committed[i] = store.values[i];
+  }
+  return true;
+}
+
+bool CopyDefaultsToActive(Registry& registry, ParameterStore& store) {
+  const std::unique_ptr<RegistryScope> scope = registry.BeginWrite();
+  const std::unique_ptr<RegistryKey> target = OpenKey(
+      registry, SettingKeyPath(Tree::Parameters, store.pathKey, store.activeSetting), kWriteAccess);
+  if (!target) return false;
+  const std::unique_ptr<RegistryKey> defaults = OpenKey(
+      registry, SettingKeyPath(Tree::Defaults, store.pathKey, store.activeSetting), kReadAccess);
+  if (!defaults) return false;
+  for (std::size_t i = 0; i < kParameterCount; ++i) {
+    float value = 0.0F;
+    if (!QueryParameter(*defaults, i + 1, value)) continue;
+    SetParameter(*target, i + 1, value);
+    store.values[i] = value;
+  }
+  return true;
+}
+
+}  // namespace store

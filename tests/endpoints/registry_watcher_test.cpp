@@ -1,0 +1,257 @@
+#include "endpoints/registry_watcher.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/fake/fake_registry.h"
+#include "store/active_mode.h"
+#include "store/registry_layout.h"
+#include "tests/endpoints/endpoint_builder.h"
+#include "tests/endpoints/watched_devices.h"
+#include "tests/support/registry_tree.h"
+
+namespace endpoints {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+const std::u16string kSpeaker = u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}";
+const std::u16string kHeadphones = u"{DFF21CE2-F70F-11D0-B917-00A0C9223196}";
+const std::u16string kSubwoofer = u"{765D256B-701A-44F8-BA7A-4A95AFA7C762}";
+const std::u16string kUsbJack = u"{DFF21CE3-F70F-11D0-B917-00A0C9223196}";
+const std::u16string kGuid = u"{11111111-1111-1111-1111-111111111111}";
+const std::u16string kUsbGuid = u"{22222222-2222-2222-2222-222222222222}";
+const std::u16string kJackPrefix = u"{1496451E-75E5-484F-9914-A9F246BC960F},";
+
+// Stands for the window's message queue.
+class Posts {
+ public:
+  void Add(OutputPath path) {
+    const std::lock_guard lock(mutex_);
+    posts_.push_back(path);
+    added_.notify_all();
+  }
+
+  // All posts so far, once there are `count`, or after some seconds.
+  std::vector<OutputPath> WaitFor(std::size_t count) {
+    std::unique_lock lock(mutex_);
+    added_.wait_for(lock, std::chrono::seconds(10), [&] { return posts_.size() >= count; });
+    return posts_;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable added_;
+  std::vector<OutputPath> posts_;
+};
+
+// A laptop whose driver reports the internal speaker, and its watcher.
+class RegistryWatcherTest : public testing::Test {
+ protected:
+  RegistryWatcherTest() {
+    fakeDevices_.Add(EndpointBuilder(u"speaker").Guid(kGuid).Jack(kSpeaker));
+    fakeDevices_.Add(EndpointBuilder(u"usb").Guid(kUsbGuid).Jack(kUsbJack));
+    fakeDevices_.SetDefault(u"speaker");
+    support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 1);
+    SetJack(u"6", 1);
+    SetActive(kSpeaker, u"2");
+    SetActive(kHeadphones, u"1");
+  }
+
+  void SetJack(const std::u16string& number, std::uint32_t value) {
+    support::PutDword(registry_, store::FxPropertiesKeyPath(kGuid), kJackPrefix + number, value);
+  }
+
+  void SetActive(const std::u16string& route, const std::u16string& setting) {
+    support::PutText(registry_, store::SettingsKeyPath(route), u"ActiveSetting", setting);
+  }
+
+  SettingChangedPoster Poster() {
+    return [this](OutputPath path) { posts_.Add(path); };
+  }
+
+  // Returns when the thread is in its first look, from where on it misses no change.
+  void Start(std::int32_t settingIndex = 1) {
+    watcher_.Start({kGuid, OutputPath::InternalSpeaker, settingIndex}, Poster());
+    LookAgain();
+  }
+
+  void LookAgain() {
+    ASSERT_TRUE(devices_.WaitUntilAsked(1));
+    const int asked = devices_.Asked();
+    watcher_.Wake();
+    ASSERT_TRUE(devices_.WaitUntilAsked(asked + 1));
+  }
+
+  // How often the thread has looked, once it has not for a while.
+  int WaitUntilQuiet() {
+    int asked = 0;
+    do {
+      asked = devices_.Asked();
+      std::this_thread::sleep_for(milliseconds(100));
+    } while (devices_.Asked() != asked);
+    return asked;
+  }
+
+  void ExpectPosts(const std::vector<OutputPath>& expected) {
+    EXPECT_EQ(posts_.WaitFor(expected.size()), expected);
+  }
+
+  platform::FakeRegistry registry_;
+  platform::FakeAudioDevices fakeDevices_;
+  WatchedDevices devices_{fakeDevices_};
+  Posts posts_;
+  RegistryWatcher watcher_{registry_, devices_};
+};
+
+TEST_F(RegistryWatcherTest, FollowsHeadphonesInAndOut) {
+  Start();
+  SetJack(u"4", 1);
+  ExpectPosts({OutputPath::Headphone});
+  SetJack(u"4", 0);
+  ExpectPosts({OutputPath::Headphone, OutputPath::InternalSpeaker});
+  SetJack(u"20", 1);
+  ExpectPosts(
+      {OutputPath::Headphone, OutputPath::InternalSpeaker, OutputPath::SpeakerWithSubwoofer});
+}
+
+TEST_F(RegistryWatcherTest, PostsForASettingOfTheCurrentRouteOnly) {
+  Start();
+  SetActive(kSpeaker, u"5");
+  ExpectPosts({OutputPath::InternalSpeaker});
+  const int asked = WaitUntilQuiet();
+  SetActive(kHeadphones, u"4");
+  support::PutFloat(registry_, store::SettingKeyPath(store::Tree::Parameters, kSpeaker, u"5"),
+                    u"Param1", 1.0F);
+  EXPECT_EQ(WaitUntilQuiet(), asked) << "other keys do not wake the thread";
+
+  SetJack(u"4", 1);
+  ExpectPosts({OutputPath::InternalSpeaker, OutputPath::Headphone});
+  SetActive(kHeadphones, u"1");
+  ExpectPosts({OutputPath::InternalSpeaker, OutputPath::Headphone, OutputPath::Headphone});
+}
+
+TEST_F(RegistryWatcherTest, WakingWithoutADifferencePostsNothing) {
+  Start();
+  support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 1);
+  LookAgain();
+  support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 3);
+  LookAgain();
+  SetActive(kSpeaker, u"2");
+  LookAgain();
+  // A setting that cannot be read counts as the second.
+  support::RemoveValue(registry_, store::SettingsKeyPath(kSpeaker), u"ActiveSetting");
+  LookAgain();
+  SetJack(u"4", 1);
+  ExpectPosts({OutputPath::Headphone});
+}
+
+TEST_F(RegistryWatcherTest, ReportsAtItsFirstWakeWhatTheWindowMissed) {
+  Start(4);
+  ExpectPosts({OutputPath::InternalSpeaker});
+}
+
+TEST_F(RegistryWatcherTest, KeepsTheIndexWhileARouteHasNoSettings) {
+  Start(1);
+  SetJack(u"20", 1);  // no "Settings" key for the subwoofer yet
+  ExpectPosts({OutputPath::SpeakerWithSubwoofer});
+  SetActive(kSubwoofer, u"1");
+  watcher_.Wake();
+  ExpectPosts({OutputPath::SpeakerWithSubwoofer, OutputPath::SpeakerWithSubwoofer});
+  SetActive(kSubwoofer, u"3");
+  ExpectPosts({OutputPath::SpeakerWithSubwoofer, OutputPath::SpeakerWithSubwoofer,
+               OutputPath::SpeakerWithSubwoofer});
+}
+
+TEST_F(RegistryWatcherTest, SstDriverAndHintWakeTooWhereThereIsNoJackState) {
+  static_cast<void>(registry_.RemoveTree(platform::RegistryRoot::LocalMachine,
+                                         store::FxPropertiesKeyPath(kGuid)));
+  const std::u16string device = std::u16string(store::kMediaClassKey) + u"\\0000";
+  support::PutText(registry_, device, u"Driver", u"isstrtc.sys");
+  support::PutDword(registry_, device + u"\\HeadsetStatus", u"HeadsetStatus", 2);
+  Start();
+  support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 0);
+  ExpectPosts({OutputPath::LineOut});
+  support::PutDword(registry_, device + u"\\HeadsetStatus", u"HeadsetStatus", 1);
+  ExpectPosts({OutputPath::LineOut, OutputPath::Headphone});
+}
+
+TEST_F(RegistryWatcherTest, GoesOverToANewDefaultEndpoint) {
+  SetActive(kUsbJack, u"6");
+  Start();
+  fakeDevices_.SetDefault(u"usb");
+  watcher_.Wake();
+  ExpectPosts({OutputPath::InternalSpeaker});
+  // From the second look on the route is the new endpoint's, for which the hint alone speaks.
+  support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 2);
+  ExpectPosts({OutputPath::InternalSpeaker, OutputPath::Headphone});
+}
+
+TEST_F(RegistryWatcherTest, LosesNoChangeInAStorm) {
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::optional<std::int32_t> seen;
+  watcher_.Start({kGuid, OutputPath::InternalSpeaker, 1}, [&](OutputPath) {
+    const std::lock_guard lock(mutex);
+    seen = store::ReadActiveModeIndex(registry_, kSpeaker);
+    changed.notify_all();
+  });
+  LookAgain();
+  for (int i = 0; i < 2000; ++i) SetActive(kSpeaker, std::u16string(1, u"123456"[i % 6]));
+  SetActive(kSpeaker, u"9");
+  std::unique_lock lock(mutex);
+  EXPECT_TRUE(changed.wait_for(lock, std::chrono::seconds(10), [&] { return seen == 8; }));
+  lock.unlock();
+  EXPECT_TRUE(watcher_.Stop());
+}
+
+TEST_F(RegistryWatcherTest, StopsAtOnceAndStartsOnce) {
+  EXPECT_TRUE(watcher_.Stop()) << "never started";
+  Start();
+  watcher_.Start({kGuid, OutputPath::LineOut, 5}, [](OutputPath) { FAIL(); });
+  const auto begin = steady_clock::now();
+  EXPECT_TRUE(watcher_.Stop());
+  EXPECT_LT(steady_clock::now() - begin, RegistryWatcher::kStopTimeout);
+  SetJack(u"4", 1);
+  EXPECT_TRUE(watcher_.Stop());
+  ExpectPosts({});
+}
+
+TEST_F(RegistryWatcherTest, AHangingThreadIsLeftToItselfWithItsContext) {
+  auto token = std::make_shared<int>(0);
+  const std::weak_ptr<int> held = token;
+  {
+    RegistryWatcher watcher(registry_, devices_);
+    watcher.Start({kGuid, OutputPath::InternalSpeaker, 1},
+                  [token = std::move(token), this](OutputPath path) { posts_.Add(path); });
+    ASSERT_TRUE(devices_.WaitUntilAsked(1));
+    devices_.Hold(true);
+    SetJack(u"4", 1);
+    watcher.Wake();
+    ASSERT_TRUE(devices_.WaitUntilAsked(2));
+    const auto begin = steady_clock::now();
+    EXPECT_FALSE(watcher.Stop());
+    const auto waited = steady_clock::now() - begin;
+    EXPECT_GE(waited, milliseconds(490));
+    EXPECT_LT(waited, milliseconds(1500));
+  }
+  EXPECT_FALSE(held.expired());
+  devices_.Hold(false);
+  ExpectPosts({OutputPath::Headphone});
+  const auto deadline = steady_clock::now() + std::chrono::seconds(10);
+  while (!held.expired() && steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+  EXPECT_TRUE(held.expired()) << "the thread has ended and let go of everything";
+}
+
+}  // namespace
+}  // namespace endpoints

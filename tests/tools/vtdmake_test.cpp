@@ -1,0 +1,198 @@
+// Runs the tool and has its files read by the import.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "platform/fake/fake_files.h"
+#include "platform/fake/fake_registry.h"
+#include "store/tuning_import.h"
+#include "tests/support/child_process.h"
+#include "tests/support/registry_tree.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+const std::string kTool = TONALYX_BIN_DIR "/vtdmake";
+const std::u16string kHeadphones =
+    u"SOFTWARE\\Norvane\\Velsona\\Parameters\\{DFF21CE2-F70F-11D0-B917-00A0C9223196}\\Settings";
+
+class VtdmakeTest : public testing::Test {
+ protected:
+  support::ProcessResult Make(const std::string& source) {
+    std::ofstream(Path("source.json"), std::ios::binary) << source;
+    return support::RunProcess({kTool, Path("source.json"), Path("out.vtd")});
+  }
+
+  std::string Path(const std::string& name) const { return (folder_.Path() / name).string(); }
+
+  std::string Output() const {
+    std::ifstream file(Path("out.vtd"), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  bool Import(const std::string& bytes, std::uint32_t ssid) {
+    files_.PutFile(u"/out.vtd", bytes);
+    return store::TuningImport(registry_, files_, {}).ImportTuningFile(u"/out.vtd", ssid) == ssid;
+  }
+
+  std::optional<float> Headphones(const std::u16string& setting, const std::u16string& name) {
+    return support::GetFloat(registry_, kHeadphones + u"\\" + setting, name);
+  }
+
+  support::TemporaryFolder folder_;
+  platform::FakeRegistry registry_;
+  platform::FakeFileSystem files_;
+};
+
+TEST_F(VtdmakeTest, WritesWhatTheImportReads) {
+  const support::ProcessResult result = Make(R"({
+    "version": "0x0200", "ssid": "0x1A9E100F",
+    "properties": { "apoName": "Engine \"x\"", "apoMajor": 3, "apoBuild": -7,
+                    "toolVersion": "2.4", "dataVersion": 12, "date": 20150312,
+                    "statusSpeaker": 1, "statusSubwoofer": "0x02", "statusHeadphone": 4,
+                    "statusLineOut": 8 },
+    "routes": [ { "guid": "{dff21ce2-F70F-11D0-B917-00A0C9223196}",
+                  "settings": [ [ 1, -2.5, 1e-3 ], { "Param5": 1, "Param1114": 0.25 }, [] ] } ] })");
+  EXPECT_EQ(result.errors, "");
+  ASSERT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(Output().size(), 13U + 48 + 20 + (4 + 3 * 4) + (4 + 1114 * 4) + 4);
+  ASSERT_TRUE(Import(Output(), 0x1A9E100F));
+  EXPECT_EQ(Headphones(u"1", u"Param2"), -2.5F);
+  EXPECT_EQ(Headphones(u"1", u"Param3"), 1e-3F);
+  EXPECT_EQ(Headphones(u"1", u"Param4"), std::nullopt);
+  EXPECT_EQ(Headphones(u"2", u"Param5"), 1.0F);
+  EXPECT_EQ(Headphones(u"2", u"Param117"), 1.0F) << "an initial value";
+  EXPECT_EQ(Headphones(u"2", u"Param120"), 31.0F) << "an initial value";
+  EXPECT_EQ(Headphones(u"2", u"Param1114"), 0.25F);
+  EXPECT_NE(support::OpenToRead(registry_, kHeadphones + u"\\3"), nullptr);
+  const std::string log = files_.Contents(u"/state/Velsona.txt").value_or("");
+  EXPECT_NE(log.find("APO name: Engine \"x\"\r\nAPO version: 3.0.0.-7\r\n"
+                     "Tuning Tool version: 2.4\r\nVTD Version: 12\r\nDate(YYYYMMDD): 20150312\r\n"),
+            std::string::npos);
+  EXPECT_NE(log.find("speaker with subwoofer:\r\nOff: \t\tNot set\r\nMusic: \t\tSet\r\n"),
+            std::string::npos);
+  EXPECT_NE(log.find("Tuning status headphone:\r\nOff: \t\tNot set\r\nMusic: \t\tNot set\r\n"
+                     "Movie: \t\tSet\r\n"),
+            std::string::npos);
+}
+
+TEST_F(VtdmakeTest, OldFormatHasNoProperties) {
+  ASSERT_EQ(Make(R"({"version": "0x0100", "ssid": 0, "routes": []})").exitStatus, 0);
+  EXPECT_EQ(Output(), std::string("Kel\0\1\0\0\0\0\0\0\0\0", 13));
+}
+
+TEST_F(VtdmakeTest, ErrorsNameLineColumnAndField) {
+  const std::string head = "{\"version\": \"0x0200\", \"ssid\": 1,\n";
+  const auto setting = [&](const std::string& text) {
+    return head + " \"routes\": [{\"guid\": \"{DFF21CE2-F70F-11D0-B917-00A0C9223196}\",\n" +
+           "  \"settings\": [[], " + text + "]}]}";
+  };
+  const struct {
+    const char* what;
+    std::string source;
+    std::string expected;
+  } cases[] = {
+      {"syntax", "{\n \"ssid\": 1x }", ":2:11: syntax error"},
+      {"end", "{\"a\": [1,\n2", ":2:2: syntax error"},
+      {"nothing", "", ":1:1: syntax error"},
+      {"text behind", "{} {}", ":1:4: syntax error"},
+      {"no object", "[]", ":1:1: must be an object"},
+      {"number too large for JSON", setting("[1e999]"), ":3:25: number overflow"},
+      {"unknown", head + "  \"color\": 1, \"routes\": []}", ":2:12: color: is not known here"},
+      {"twice", head + "  \"routes\": [],\n\"routes\": []}", ":3:11: routes: is given twice"},
+      {"missing", head + " \"properties\": {}}", ":1:1: routes: is missing"},
+      {"version", "{\"version\": \"0x0300\"}", ":1:13: version: must be"},
+      {"ssid", "{\"version\": \"0x0100\", \"ssid\": \"0x123456789\"}", ":1:31: ssid: must be"},
+      {"negative", "{\"version\": \"0x0100\", \"ssid\": -1}", ":1:31: ssid: must be"},
+      {"properties of old format",
+       "{\"version\": \"0x0100\", \"ssid\": 1, \"properties\": {}, \"routes\": []}",
+       ":1:48: properties: needs"},
+      {"long name",
+       head + "\"properties\": {\"apoName\": \"12345678901234567890\"}, \"routes\": []}",
+       ":2:27: properties.apoName: must have at most 19"},
+      {"fraction", head + "\"properties\": {\"statusSpeaker\": 1.5}, \"routes\": []}",
+       ":2:33: properties.statusSpeaker: must be a whole number from 0 to 255"},
+      {"guid", head + "\"routes\": [{\"guid\": \"speaker\", \"settings\": []}]}",
+       ":2:21: routes[0].guid: must be a GUID"},
+      {"text in list", setting("[1, \"a\\\"]\", 2]"), ":3:24: routes[0].settings[1][1]: must be a"},
+      {"number too large", setting("[1, 1e39]"), ":3:24: routes[0].settings[1][1]: is beyond"},
+      {"setting", setting("7"), ":3:20: routes[0].settings[1]: must be a list"},
+      {"parameter 0", setting("{\"Param0\": 1}"), ":3:31: routes[0].settings[1].Param0: is no"},
+      {"parameter 1115", setting("{\"Param1115\": 1}"), "settings[1].Param1115: is no parameter"},
+      {"leading zero", setting("{\"Param01\": 1}"), "settings[1].Param01: is no parameter"},
+      {"nothing behind Param", setting("{\"Param\": 1}"), "settings[1].Param: is no parameter"},
+      {"parameter twice", setting("{\"Param1\": 1,\n\"Param1\": 1}"),
+       ":4:11: routes[0].settings[1].Param1: is given twice"},
+      {"deep", std::string(200000, '['), ":1:33: nested too deeply"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const support::ProcessResult result = Make(c.source);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_NE(result.errors.find(Path("source.json") + ":"), std::string::npos);
+    EXPECT_NE(result.errors.find(c.expected), std::string::npos) << result.errors;
+    EXPECT_EQ(result.errors.find('\n'), result.errors.size() - 1);
+    EXPECT_FALSE(std::filesystem::exists(Path("out.vtd")));
+  }
+}
+
+TEST_F(VtdmakeTest, AFailureLeavesWhatIsThere) {
+  std::ofstream(Path("out.vtd")) << "old";
+  EXPECT_EQ(Make("{").exitStatus, 1);
+  EXPECT_EQ(Output(), "old");
+  EXPECT_EQ(support::RunProcess({kTool, Path("none.json"), Path("out.vtd")}).exitStatus, 1);
+  EXPECT_EQ(support::RunProcess({kTool, folder_.Path().string(), Path("out.vtd")}).exitStatus, 1);
+  EXPECT_EQ(Output(), "old");
+  const support::ProcessResult unwritable =
+      support::RunProcess({kTool, Path("source.json"), Path("none/out.vtd")});
+  EXPECT_EQ(unwritable.exitStatus, 1);
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
+    names.push_back(entry.path().filename().string());
+  }
+  EXPECT_EQ(names.size(), 2U) << "no partial file remains";
+}
+
+TEST_F(VtdmakeTest, WrongCallsExplainTheRightOne) {
+  const std::vector<std::vector<std::string>> calls = {
+      {kTool}, {kTool, "a"}, {kTool, "a", "b", "c"}, {kTool, "--fast", "b"}};
+  for (const std::vector<std::string>& call : calls) {
+    const support::ProcessResult result = support::RunProcess(call);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_NE(result.errors.find("usage: vtdmake SOURCE.json OUT.vtd"), std::string::npos);
+  }
+  const support::ProcessResult help = support::RunProcess({kTool, "--help"});
+  EXPECT_EQ(help.exitStatus, 0);
+  EXPECT_TRUE(help.output.starts_with("usage: vtdmake"));
+}
+
+TEST_F(VtdmakeTest, SampleTuningIsCompleteAndKeepsItsMirror) {
+  const support::ProcessResult result = support::RunProcess(
+      {kTool, TONALYX_SOURCE_DIR "/resources/samples/sample.json", Path("out.vtd")});
+  EXPECT_EQ(result.errors, "");
+  ASSERT_TRUE(Import(Output(), 0));
+  for (const char16_t* route :
+       {u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}", u"{DFF21CE2-F70F-11D0-B917-00A0C9223196}",
+        u"{DFF21FE3-F70F-11D0-B917-00A0C9223196}", u"{765D256B-701A-44F8-BA7A-4A95AFA7C762}"}) {
+    for (char16_t number = u'1'; number <= u'6'; ++number) {
+      const std::u16string path = u"SOFTWARE\\Norvane\\Velsona\\Parameters\\" +
+                                  std::u16string(route) + u"\\Settings\\" + number;
+      for (int i = 118; i <= 167; ++i) {
+        const auto name = [](int parameter) {
+          const std::string digits = std::to_string(parameter);
+          return u"Param" + std::u16string(digits.begin(), digits.end());
+        };
+        ASSERT_TRUE(support::GetFloat(registry_, path, name(i)).has_value());
+        EXPECT_EQ(support::GetFloat(registry_, path, name(i)),
+                  support::GetFloat(registry_, path, name(i + 50)));
+      }
+    }
+  }
+}
+
+}  // namespace
