@@ -1,0 +1,52 @@
+#include "platform/linux/control_window.h"
+
+#include <QKeyEvent>
+
+#include "platform/linux/window_table.h"
+
+namespace platform {
+namespace {
+
+bool IsButton(ControlKind kind) {
+  return kind == ControlKind::PushButton || kind == ControlKind::DefaultPushButton ||
+         kind == ControlKind::CheckBox;
+}
+
+bool IsClickKey(const QKeyEvent& event) {
+  return event.key() == Qt::Key_Space && !event.isAutoRepeat();
+}
+
+}  // namespace
+
+ControlWindow::ControlWindow(Window& window, NativeWindow& parent, const DialogControl& control)
+    : NativeWindow(window, &parent, Qt::Widget, control.id), text_(control.text) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setAttribute(Qt::WA_NoSystemBackground);
+  setFocusPolicy(IsButton(control.kind) ? Qt::StrongFocus : Qt::NoFocus);
+}
+
+void ControlWindow::SetText(std::u16string_view text) {
+  text_ = text;
+  Invalidate(Erase::Yes);
+}
+
+void ControlWindow::keyPressEvent(QKeyEvent* event) {
+  if (!IsClickKey(*event)) NativeWindow::keyPressEvent(event);
+}
+
+void ControlWindow::keyReleaseEvent(QKeyEvent* event) {
+  if (IsClickKey(*event) && AcceptsInput() && dynamic_cast<Button*>(&Target()) != nullptr) {
+    NotifyClicked(Target());
+  } else {
+    NativeWindow::keyReleaseEvent(event);
+  }
+}
+
+void NotifyClicked(Window& button) {
+  if (NativeWindow* parent = WindowTable::Instance().Find(button.Parent())) {
+    parent->Deliver(message::kCommand, MakeWParam(button.ControlId(), kNotifyClicked),
+                    static_cast<LParam>(button.Handle()));
+  }
+}
+
+}  // namespace platform

@@ -1,0 +1,55 @@
+#include <QFileDialog>
+#include <algorithm>
+
+#include "platform/linux/file_filter.h"
+#include "platform/linux/native_window.h"
+#include "platform/linux/qt_text.h"
+#include "platform/linux/window_table.h"
+#include "platform/shell.h"
+
+namespace platform {
+namespace {
+
+QString WithoutDot(std::u16string_view extension) {
+  const QString text = ToQString(extension);
+  return text.startsWith(QLatin1Char('.')) ? text.mid(1) : text;
+}
+
+// The extension that a typed name without one gets: the chosen filter's, else the default one. The
+// dialog appends it before it asks whether to overwrite.
+void FollowFilter(QFileDialog& dialog, const std::vector<FileFilter>& filters,
+                  const QString& defaultSuffix) {
+  const auto apply = [&dialog, filters, defaultSuffix](const QString& shownName) {
+    const auto chosen = std::find_if(filters.begin(), filters.end(), [&](const FileFilter& filter) {
+      return filter.shownName == shownName;
+    });
+    const bool named = chosen != filters.end() && !chosen->suffix.isEmpty();
+    dialog.setDefaultSuffix(named ? chosen->suffix : defaultSuffix);
+  };
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, apply);
+  apply(dialog.selectedNameFilter());
+}
+
+}  // namespace
+
+std::optional<std::u16string> ShowFileDialog(WindowHandle owner, FileDialogKind kind,
+                                             std::u16string_view defaultExtension,
+                                             std::u16string_view filter) {
+  QFileDialog dialog(WindowTable::Instance().Find(owner));
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
+  const std::vector<FileFilter> filters = ParseFileFilter(filter);
+  QStringList names;
+  for (const FileFilter& each : filters) names.append(each.shownName);
+  dialog.setNameFilters(names);
+  if (kind == FileDialogKind::Save) {
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    FollowFilter(dialog, filters, WithoutDot(defaultExtension));
+  } else {
+    dialog.setFileMode(QFileDialog::ExistingFile);
+  }
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return dialog.selectedFiles().constFirst().toStdU16String();
+}
+
+}  // namespace platform

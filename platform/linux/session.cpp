@@ -1,0 +1,122 @@
+#include <QWidget>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <future>
+#include <optional>
+#include <utility>
+
+#include "platform/linux/application.h"
+#include "platform/linux/native_window.h"
+#include "platform/linux/qt_text.h"
+#include "platform/linux/theme.h"
+#include "platform/linux/user_instance.h"
+#include "platform/linux/x11.h"
+#include "platform/shell.h"
+
+namespace platform {
+namespace {
+
+// The program works in physical pixels and in the screen's own resolution, whatever the person has
+// told the toolkit to do with other programs. The variables are back when the toolkit has read
+// them, so that programs started from here get them unchanged.
+class PhysicalPixels {
+ public:
+  PhysicalPixels() {
+    for (std::size_t i = 0; i < kNames.size(); ++i) {
+      if (qEnvironmentVariableIsSet(kNames[i])) saved_[i] = qgetenv(kNames[i]);
+      qunsetenv(kNames[i]);
+    }
+    qputenv(kNames.front(), "0");
+  }
+  ~PhysicalPixels() {
+    for (std::size_t i = 0; i < kNames.size(); ++i) {
+      if (saved_[i]) {
+        qputenv(kNames[i], *saved_[i]);
+      } else {
+        qunsetenv(kNames[i]);
+      }
+    }
+  }
+  PhysicalPixels(const PhysicalPixels&) = delete;
+  PhysicalPixels& operator=(const PhysicalPixels&) = delete;
+
+ private:
+  static constexpr std::array<const char*, 5> kNames{"QT_ENABLE_HIGHDPI_SCALING", "QT_SCALE_FACTOR",
+                                                     "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI",
+                                                     "QT_USE_PHYSICAL_DPI"};
+  std::array<std::optional<QByteArray>, kNames.size()> saved_;
+};
+
+struct Arguments {
+  std::array<char, 8> name{"tonalyx"};
+  std::array<char*, 2> values{name.data(), nullptr};
+  int count = 1;
+};
+
+// The toolkit's start depends on all of this.
+std::unique_ptr<Application> MakeApplication(Arguments& arguments) {
+  const PhysicalPixels physicalPixels;
+  QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+  QGuiApplication::setDesktopSettingsAware(false);
+  QCoreApplication::setApplicationName(QStringLiteral("tonalyx"));
+  QGuiApplication::setDesktopFileName(QStringLiteral("tonalyx"));
+  return std::make_unique<Application>(arguments.count, arguments.values.data());
+}
+
+NativeWindow* FindShown(const std::u16string& title) {
+  const QWidgetList widgets = QApplication::topLevelWidgets();
+  for (QWidget* widget : widgets) {
+    auto* window = dynamic_cast<NativeWindow*>(widget);
+    if (window != nullptr && window->isVisible() && window->Text() == title) return window;
+  }
+  return nullptr;
+}
+
+bool RaiseFirst(const std::vector<std::u16string>& titles) {
+  for (const std::u16string& title : titles) {
+    NativeWindow* window = FindShown(title);
+    if (window == nullptr) continue;
+    if (window->isMinimized()) window->showNormal();
+    window->raise();
+    if (!x11::Activate(window->winId())) window->activateWindow();
+    return true;
+  }
+  return false;
+}
+
+// Called on a thread of its own; the windows belong to the user-interface thread, which may be
+// busy, but not for ever.
+bool RaiseFromOtherThread(Application& application, const RaiseRequest& request) {
+  const auto raised = std::make_shared<std::promise<bool>>();
+  std::future<bool> answer = raised->get_future();
+  application.CallLater(
+      [raised, titles = request.titles] { raised->set_value(RaiseFirst(titles)); });
+  constexpr std::chrono::milliseconds kPatience(500);
+  return answer.wait_for(kPatience) == std::future_status::ready && answer.get();
+}
+
+}  // namespace
+
+struct UserInterfaceSession::Impl {
+  Arguments arguments;
+  std::unique_ptr<Application> application = MakeApplication(arguments);
+  UserInstance* instance = nullptr;
+};
+
+UserInterfaceSession::UserInterfaceSession(SingleInstance& singleInstance)
+    : impl_(std::make_unique<Impl>()) {
+  ApplyTheme();
+  // Only this system's own kind of instance carries requests between processes.
+  impl_->instance = dynamic_cast<UserInstance*>(&singleInstance);
+  if (impl_->instance == nullptr) return;
+  impl_->instance->ServeRequests([&application = *impl_->application](const RaiseRequest& request) {
+    return RaiseFromOtherThread(application, request);
+  });
+}
+
+UserInterfaceSession::~UserInterfaceSession() {
+  if (impl_->instance != nullptr) impl_->instance->StopServing();
+}
+
+}  // namespace platform

@@ -1,0 +1,62 @@
+#include "platform/linux/theme.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QProxyStyle>
+
+#include "platform/linux/font_face.h"
+#include "platform/screen.h"
+
+namespace platform {
+namespace {
+
+QPalette DarkPalette() {
+  const QColor window(0x2b, 0x2b, 0x2b);
+  const QColor base(0x1a, 0x1a, 0x1a);
+  const QColor text(0xf0, 0xf0, 0xf0);
+  const QColor dimmed(0x80, 0x80, 0x80);
+  const QColor accent(0x22, 0xa7, 0xbf);
+  QPalette palette(QColor(0x3c, 0x3c, 0x3c), window);
+  palette.setColor(QPalette::Base, base);
+  palette.setColor(QPalette::AlternateBase, window);
+  palette.setColor(QPalette::ToolTipBase, window);
+  for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                                         QPalette::ToolTipText, QPalette::BrightText}) {
+    palette.setColor(role, text);
+    palette.setColor(QPalette::Disabled, role, dimmed);
+  }
+  palette.setColor(QPalette::PlaceholderText, dimmed);
+  palette.setColor(QPalette::Highlight, accent);
+  palette.setColor(QPalette::HighlightedText, Qt::black);
+  palette.setColor(QPalette::Link, accent);
+  return palette;
+}
+
+// Buttons say what they do in words alone, as everywhere in the program.
+class PlainButtons : public QProxyStyle {
+ public:
+  using QProxyStyle::QProxyStyle;
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* returned) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, returned);
+  }
+};
+
+}  // namespace
+
+QFont ToolkitFont(std::u16string_view family, int points) {
+  QFont font(ToolkitFamily(family));
+  font.setPixelSize(qMax(1, qRound(points * static_cast<double>(GetScreenDpi().y) / 72.0)));
+  return font;
+}
+
+void ApplyTheme() {
+  QApplication::setPalette(DarkPalette());
+  QApplication::setFont(ToolkitFont(u"Calibri", 11));
+  // The application owns its style. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
+  QApplication::setStyle(new PlainButtons(QStringLiteral("Fusion")));
+}
+
+}  // namespace platform
