@@ -1,0 +1,54 @@
+// The mode that the main window shows: read from the store of the current output route and written
+// to it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "endpoints/output_path.h"
+#include "endpoints/registry_watcher.h"
+#include "platform/platform.h"
+#include "store/engine_signals.h"
+
+namespace ui {
+
+// User-interface thread. Failures are silent.
+class ModeSelection {
+ public:
+  explicit ModeSelection(const platform::Platform& platform);
+
+  // 0 to 5; -1 while unknown; more than 5 when the store holds a setting that is no mode.
+  std::int32_t SelectedMode() const { return selectedMode_; }
+  endpoints::OutputPath OutputPath() const { return outputPath_; }
+
+  // Reads the active mode of the default endpoint's route. What a watcher starts from, or nothing
+  // without an endpoint.
+  std::optional<endpoints::WatchStart> Load();
+
+  // Selects and applies the first mode if `Load` found none. True when that made the route's
+  // "Settings" key, which nobody could watch before.
+  bool ApplyFirstModeIfUnknown();
+
+  // True when this changes the selection; the caller then applies it.
+  bool Select(std::int32_t mode);
+
+  // Makes the selected mode the active setting and wakes the engine. True when it was written.
+  bool Apply();
+
+  // Takes over the mode that somebody else made active, or that another route has. Writes nothing.
+  // True when the window is to be redrawn.
+  bool Follow(endpoints::OutputPath outputPath);
+
+  // The same on the route that is the current one now.
+  bool Refresh();
+
+ private:
+  bool ReadMode(std::u16string_view jackSubType);
+
+  store::EngineLink engine_;
+  std::int32_t selectedMode_ = 0;
+  endpoints::OutputPath outputPath_ = endpoints::OutputPath::LineOut;
+  bool settingsKeyMissing_ = false;
+};
+
+}  // namespace ui
