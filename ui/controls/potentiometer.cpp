@@ -1,0 +1,104 @@
+#include "ui/controls/potentiometer.h"
+
+#include <array>
+#include <string>
+
+#include "platform/message_map.h"
+#include "ui/controls/control_style.h"
+#include "ui/controls/control_window.h"
+#include "ui/controls/knob_geometry.h"
+#include "ui/controls/knob_painter.h"
+
+namespace ui {
+
+using platform::Erase;
+using platform::LParam;
+using platform::LResult;
+using platform::WParam;
+
+LResult CPotentiometer::WindowProc(std::uint32_t message, WParam wParam, LParam lParam) {
+  static constexpr auto kMessageMap = std::to_array<platform::MessageMapEntry<CPotentiometer>>({
+      platform::OnMessage(platform::message::kEraseBackground, &CPotentiometer::OnEraseBackground),
+      platform::OnMessage(platform::message::kPaint, &CPotentiometer::OnPaint),
+      platform::OnMessage(platform::message::kLeftButtonDown, &CPotentiometer::OnLeftButtonDown),
+      platform::OnMessage(platform::message::kLeftButtonUp, &CPotentiometer::OnLeftButtonUp),
+      platform::OnMessage(platform::message::kMouseMove, &CPotentiometer::OnMouseMove),
+  });
+  const auto result =
+      platform::DispatchMessageMap<CPotentiometer>(*this, kMessageMap, message, wParam, lParam);
+  return result ? *result : Window::WindowProc(message, wParam, lParam);
+}
+
+void CPotentiometer::SetRange(std::int32_t minValue, std::int32_t maxValue) {
+  map_.minValue = minValue;
+  map_.maxValue = maxValue;
+  Invalidate(Erase::Yes);
+}
+
+void CPotentiometer::SetValue(std::int32_t value) {
+  const std::int32_t oldPos = knobPos_;
+  knobPos_ = map_.Position(value);
+  if (knobPos_ != oldPos) Invalidate(Erase::Yes);
+}
+
+std::int32_t CPotentiometer::GetValue() const {
+  return map_.Value(knobPos_);
+}
+
+void CPotentiometer::CaptureBackground(const platform::Bitmap& parentBackground) {
+  background_.Capture(parentBackground, AreaInParent(*this), ClientSize(*this));
+}
+
+// The picture covers the whole window.
+LResult CPotentiometer::OnEraseBackground(WParam /*wParam*/, LParam /*lParam*/) {
+  return 1;
+}
+
+LResult CPotentiometer::OnPaint(WParam /*wParam*/, LParam /*lParam*/) {
+  platform::PaintContext paint(*this);
+  if (!offscreen_ || knobPos_ != lastPaintedPos_) {
+    Render(paint.Surface().DpiX() / double{kDesignDpi});
+  }
+  CopyToWindow(paint.Surface(), *offscreen_);
+  return 0;
+}
+
+LResult CPotentiometer::OnLeftButtonDown(WParam wParam, LParam lParam) {
+  if (IsEnabled()) {
+    drag_.Press(platform::PointFromLParam(lParam));
+    CaptureMouse();
+  }
+  return Window::WindowProc(platform::message::kLeftButtonDown, wParam, lParam);
+}
+
+LResult CPotentiometer::OnLeftButtonUp(WParam wParam, LParam lParam) {
+  if (IsEnabled()) {
+    drag_.Release();
+    ReleaseMouse();
+  }
+  return Window::WindowProc(platform::message::kLeftButtonUp, wParam, lParam);
+}
+
+LResult CPotentiometer::OnMouseMove(WParam /*wParam*/, LParam lParam) {
+  if (!drag_.IsDragging()) return 0;
+  const std::int32_t oldPos = knobPos_;
+  knobPos_ =
+      drag_.Move(platform::PointFromLParam(lParam), TurningCentre(ClientSize(*this)), oldPos);
+  if (knobPos_ != oldPos) {
+    Invalidate(Erase::Yes);
+    NotifyParent(*this, kPotnValueChanged);
+  }
+  return 0;
+}
+
+void CPotentiometer::Render(double scale) {
+  // A fresh bitmap each time: what is drawn is partly transparent and must not pile up.
+  offscreen_ = MakeCanvas(ClientSize(*this), platform::PixelFormat::Argb32);
+  const std::u16string caption = Text();
+  PaintKnob(
+      *offscreen_, scale, {background_, font_},
+      {.knobPos = knobPos_, .enabled = IsEnabled(), .redAccent = redAccent, .caption = caption});
+  lastPaintedPos_ = knobPos_;
+}
+
+}  // namespace ui
