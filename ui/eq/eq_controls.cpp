@@ -1,0 +1,213 @@
+#include "ui/eq/eq_controls.h"
+
+#include "platform/resources.h"
+#include "resources/resource_ids.h"
+
+namespace ui {
+namespace {
+
+using dsp::FilterType;
+using dsp::Knob;
+
+// From top to bottom.
+constexpr std::array kTypesInOrder = {FilterType::Peaking, FilterType::HighShelving,
+                                      FilterType::LowShelving, FilterType::HighPass,
+                                      FilterType::LowPass};
+constexpr std::array kSliders = {BandSlider::Gain, BandSlider::Frequency, BandSlider::Bandwidth};
+constexpr std::array kSwitches = {EqSwitch::Equalizer, EqSwitch::Band};
+
+std::uint16_t CaptionOf(Knob knob) {
+  switch (knob) {
+    case Knob::Bass:
+      return resources::kTextBass;
+    case Knob::Treble:
+      return resources::kTextTreble;
+    case Knob::Widener:
+      return resources::kTextWidener;
+    case Knob::Loudness:
+      break;
+  }
+  return resources::kTextLoudness;
+}
+
+std::uint16_t CaptionOf(FilterType type) {
+  switch (type) {
+    case FilterType::Peaking:
+      return resources::kTextPeaking;
+    case FilterType::LowPass:
+      return resources::kTextLowPass;
+    case FilterType::HighPass:
+      return resources::kTextHighPass;
+    case FilterType::LowShelving:
+      return resources::kTextLowShelving;
+    case FilterType::HighShelving:
+      break;
+  }
+  return resources::kTextHighShelving;
+}
+
+void SetCaption(platform::Window& control, std::uint16_t text) {
+  control.SetText(platform::LoadStringResource(text));
+}
+
+void Check(CPngCheckbox& box, bool checked) {
+  box.Send(platform::message::kSetCheck, checked ? 1 : 0, 0);
+}
+
+}  // namespace
+
+std::uint16_t ControlIdOf(Knob knob) {
+  switch (knob) {
+    case Knob::Bass:
+      return resources::kKnobBass;
+    case Knob::Treble:
+      return resources::kKnobTreble;
+    case Knob::Widener:
+      return resources::kKnobWidener;
+    case Knob::Loudness:
+      break;
+  }
+  return resources::kKnobLoudness;
+}
+
+std::uint16_t ControlIdOf(BandSlider slider) {
+  switch (slider) {
+    case BandSlider::Gain:
+      return resources::kGainSlider;
+    case BandSlider::Frequency:
+      return resources::kFrequencySlider;
+    case BandSlider::Bandwidth:
+      break;
+  }
+  return resources::kBandwidthSlider;
+}
+
+std::uint16_t ControlIdOf(EqSwitch box) {
+  return box == EqSwitch::Equalizer ? resources::kEqualizerEnable : resources::kBandEnable;
+}
+
+std::uint16_t ControlIdOf(FilterType type) {
+  switch (type) {
+    case FilterType::Peaking:
+      return resources::kTypePeaking;
+    case FilterType::LowPass:
+      return resources::kTypeLowPass;
+    case FilterType::HighPass:
+      return resources::kTypeHighPass;
+    case FilterType::LowShelving:
+      return resources::kTypeLowShelving;
+    case FilterType::HighShelving:
+      break;
+  }
+  return resources::kTypeHighShelving;
+}
+
+void EqControls::ForEach(const std::function<void(std::uint16_t, platform::Window&)>& visit) {
+  for (const Knob knob : kKnobsInOrder) visit(ControlIdOf(knob), KnobOf(knob));
+  for (const BandSlider slider : kSliders) visit(ControlIdOf(slider), Slider(slider));
+  for (const EqSwitch box : kSwitches) visit(ControlIdOf(box), Box(box));
+  for (const FilterType type : kTypesInOrder) visit(ControlIdOf(type), TypeButton(type));
+  visit(resources::kPlot, plot);
+  visit(resources::kExpandButton, expandButton);
+  visit(resources::kMenuButton, menuButton);
+  visit(resources::kCloseButton, closeButton);
+}
+
+void EqControls::SetCaptionsAndRanges() {
+  for (const Knob knob : kKnobsInOrder) SetCaption(KnobOf(knob), CaptionOf(knob));
+  for (const FilterType type : kTypesInOrder) SetCaption(TypeButton(type), CaptionOf(type));
+  SetCaption(Box(EqSwitch::Band), resources::kTextBandEnable);
+
+  for (const Knob knob : {Knob::Bass, Knob::Treble, Knob::Loudness}) {
+    KnobOf(knob).SetRange(0, 100);
+    KnobOf(knob).SetValue(0);
+  }
+  KnobOf(Knob::Widener).SetRange(0, 100);
+
+  SetCaption(Slider(BandSlider::Frequency), resources::kTextFrequency);
+  SetCaption(Slider(BandSlider::Gain), resources::kTextGain);
+  SetCaption(Slider(BandSlider::Bandwidth), resources::kTextBandwidth);
+  PrepareSlider(BandSlider::Gain, -120, 120, 0);
+  Slider(BandSlider::Frequency).SetLogScale(true);
+  PrepareSlider(BandSlider::Frequency, 20, 20000, 1000);
+  PrepareSlider(BandSlider::Bandwidth, 1, 50, 10);
+}
+
+void EqControls::PrepareSlider(BandSlider slider, std::int32_t minValue, std::int32_t maxValue,
+                               std::int32_t value) {
+  Slider(slider).SetRange(minValue, maxValue);
+  Slider(slider).SetValue(value);
+}
+
+void EqControls::SetRedAccent() {
+  for (CPotentiometer& knob : knobs_) knob.redAccent = true;
+  for (CPngSlider& slider : sliders_) slider.redAccent = true;
+  for (CPngCheckbox& box : switches_) box.redAccent = true;
+  for (CPngCheckbox& button : types_) button.redAccent = true;
+  plot.redAccent = true;
+}
+
+void EqControls::CaptureBackground(const platform::Bitmap& background) {
+  for (const Knob knob : kKnobsInOrder) KnobOf(knob).CaptureBackground(background);
+  expandButton.CaptureBackground(background);
+  Box(EqSwitch::Equalizer).CaptureBackground(background);
+  for (const BandSlider slider : {BandSlider::Frequency, BandSlider::Gain, BandSlider::Bandwidth}) {
+    Slider(slider).CaptureBackground(background);
+  }
+  for (const FilterType type : {FilterType::HighPass, FilterType::LowPass, FilterType::HighShelving,
+                                FilterType::LowShelving, FilterType::Peaking}) {
+    TypeButton(type).CaptureBackground(background);
+  }
+  Box(EqSwitch::Band).CaptureBackground(background);
+}
+
+std::int32_t EqControls::KnobValue(Knob knob) const {
+  return knobs_[static_cast<std::size_t>(knob)].GetValue();
+}
+
+void EqControls::SetKnobValue(Knob knob, std::int32_t value) {
+  KnobOf(knob).SetValue(value);
+}
+
+std::int32_t EqControls::SliderValue(BandSlider slider) const {
+  return sliders_[static_cast<std::size_t>(slider)].GetValue();
+}
+
+void EqControls::SetSliderValue(BandSlider slider, std::int32_t value) {
+  Slider(slider).SetValue(value);
+}
+
+void EqControls::SetSliderText(BandSlider slider, std::u16string_view text) {
+  Slider(slider).SetValueText(text);
+}
+
+void EqControls::EnableSlider(BandSlider slider, bool enabled) {
+  Slider(slider).Enable(enabled);
+}
+
+bool EqControls::IsChecked(EqSwitch box) {
+  return Box(box).Send(platform::message::kGetCheck, 0, 0) != 0;
+}
+
+void EqControls::SetChecked(EqSwitch box, bool checked) {
+  Check(Box(box), checked);
+}
+
+void EqControls::SetTypeChecked(FilterType type, bool checked) {
+  Check(TypeButton(type), checked);
+}
+
+void EqControls::SetSelectedBand(std::int32_t band) {
+  plot.SetSelectedBand(band);
+}
+
+void EqControls::ShowResponse(dsp::ConstParameterValues values,
+                              const dsp::CoefficientTable& coefficients) {
+  plot.EvaluateResponse(values, coefficients);
+}
+
+CPngCheckbox& EqControls::TypeButton(FilterType type) {
+  return types_[static_cast<std::size_t>(type) - 1];
+}
+
+}  // namespace ui
