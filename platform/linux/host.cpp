@@ -1,0 +1,77 @@
+#include "platform/host.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/linux/fifo_events.h"
+#include "platform/linux/inotify_file_watcher.h"
+#include "platform/linux/jack_state_publisher.h"
+#include "platform/linux/posix_files.h"
+#include "platform/linux/pulse_audio_devices.h"
+#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/state_folder.h"
+#include "platform/linux/sysfs_devices.h"
+#include "platform/linux/system_clock.h"
+#include "platform/linux/user_instance.h"
+#include "platform/virtual/virtual_audio_devices.h"
+#include "platform/virtual/virtual_device_setup.h"
+#include "platform/virtual/virtual_laptop.h"
+
+namespace platform {
+namespace {
+
+void ReportOnStandardError(std::string_view line) {
+  std::fprintf(stderr, "tonalyx: %.*s\n", static_cast<int>(line.size()), line.data());
+}
+
+}  // namespace
+
+struct Host::Impl {
+  Impl() {
+    if (const std::optional<std::string> file = EnvironmentValue("TONALYX_LAPTOP")) {
+      laptop.emplace(*file, ReportOnStandardError);
+    }
+    if (laptop && laptop->HasDevices()) {
+      deviceSetup = std::make_unique<VirtualDeviceSetup>(*laptop);
+    } else {
+      deviceSetup = std::make_unique<SysfsDeviceSetup>();
+    }
+    if (laptop && laptop->HasEndpoints()) {
+      audioDevices = std::make_unique<VirtualAudioDevices>(
+          *laptop, std::make_unique<InotifyFileWatcher>(*EnvironmentValue("TONALYX_LAPTOP")));
+    } else {
+      audioDevices = std::make_unique<PulseAudioDevices>(
+          [this](const PulseState& state) { jackStates.Publish(state); });
+    }
+  }
+
+  std::filesystem::path stateFolder = StateFolder();
+  SqliteRegistry registry{stateFolder};
+  FifoEvents events{stateFolder / "events"};
+  PosixFileSystem files{stateFolder};
+  UserInstance singleInstance{InstanceLockPlace(stateFolder)};
+  SystemClock clock;
+  JackStatePublisher jackStates{registry};
+  std::optional<VirtualLaptop> laptop;
+  std::unique_ptr<DeviceSetup> deviceSetup;
+  std::unique_ptr<AudioDevices> audioDevices;
+  std::optional<Platform> platform;
+};
+
+Host::Host() : impl_(std::make_unique<Impl>()) {
+  impl_->platform.emplace(Platform{impl_->registry, impl_->events, impl_->files,
+                                   *impl_->deviceSetup, *impl_->audioDevices, impl_->singleInstance,
+                                   impl_->clock});
+}
+
+Host::~Host() = default;
+
+Platform& Host::Get() {
+  return *impl_->platform;
+}
+
+}  // namespace platform

@@ -1,0 +1,182 @@
+// The program itself, in a process of its own.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/linux/fifo_events.h"
+#include "platform/linux/sqlite_registry.h"
+#include "platform/text.h"
+#include "store/registry_layout.h"
+#include "tests/support/child_process.h"
+#include "tests/support/temporary_folder.h"
+
+namespace tools {
+namespace {
+
+namespace fs = std::filesystem;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using support::ChildProcess;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr const char* kActiveGuid = "{8E5A1C40-93B7-4B52-9F0B-35A5D6A3C6E1}";
+constexpr const char* kUnpluggedGuid = "{0B0F5C1E-1F0E-4B60-A6C8-2C1D5A5C7711}";
+
+class EnginemonTest : public testing::Test {
+ protected:
+  EnginemonTest() {
+    std::ofstream(temporary_.Path() / "laptop.json")
+        << R"({"devices": [], "endpoints": [{"id": "a", "guid": ")" << kActiveGuid
+        << R"(", "state": "active"}, {"id": "b", "guid": ")" << kUnpluggedGuid
+        << R"(", "state": "unplugged"}, {"id": "c"}]})";
+  }
+
+  std::unique_ptr<ChildProcess> Start(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), TONALYX_BIN_DIR "/enginemon");
+    return std::make_unique<ChildProcess>(arguments, environment_);
+  }
+
+  support::ProcessResult Run(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), TONALYX_BIN_DIR "/enginemon");
+    return support::RunProcess(arguments, environment_);
+  }
+
+  bool Set(const std::string& name) {
+    const auto event = events_.Open(platform::FromUtf8(name));
+    return event && event->Set();
+  }
+
+  void SetParameter(std::uint32_t number, float value) {
+    const auto key =
+        registry_.CreateKey(platform::RegistryRoot::LocalMachine,
+                            store::SettingKeyPath(store::Tree::Parameters,
+                                                  u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}", u"2"),
+                            store::kWriteAccess);
+    ASSERT_TRUE(key);
+    key->SetValue(store::FormatParameterName(number), platform::RegistryType::Binary,
+                  std::as_bytes(std::span(&value, 1)));
+  }
+
+  std::size_t FifoCount() const {
+    const auto entries = fs::directory_iterator(root_ / "events");
+    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+  }
+
+  support::TemporaryFolder temporary_;
+  fs::path root_ = temporary_.Path() / "root";
+  std::map<std::string, std::string> environment_ = {
+      {"TONALYX_ROOT", root_.native()},
+      {"TONALYX_LAPTOP", (temporary_.Path() / "laptop.json").native()}};
+  platform::FifoEvents events_{root_ / "events"};
+  platform::SqliteRegistry registry_{root_};
+};
+
+TEST_F(EnginemonTest, PrintsEverySetOfEveryEndpointInOrder) {
+  const auto monitor = Start({});
+  ASSERT_EQ(monitor->ReadLine(seconds(10)), "ready");
+  EXPECT_FALSE(fs::exists(root_ / "registry.db"));
+  EXPECT_EQ(FifoCount(), 13U) << "four for each endpoint, also one without a GUID, and one more";
+  const std::vector<std::string> names = {
+      std::string("Global\\VelsonaSFXPropEvent") + kActiveGuid,
+      std::string("Global\\VelsonaGFXPropEvent") + kActiveGuid,
+      "Global\\VelsonaMFXPropEvent",
+      std::string("Global\\VelsonaEFXPropEvent") + kUnpluggedGuid,
+      "Global\\VelsonaServiceParameterUpdateEvent",
+      std::string("Global\\VelsonaGFXPropEvent") + kActiveGuid,
+  };
+  for (const std::string& name : names) EXPECT_TRUE(Set(name)) << name;
+  for (const std::string& name : names) EXPECT_EQ(monitor->ReadLine(seconds(10)), name);
+  EXPECT_THAT(monitor->ReadLinesUntilQuiet(milliseconds(100)), IsEmpty());
+}
+
+TEST_F(EnginemonTest, ServesTheNamedEndpointsOnly) {
+  const auto monitor = Start({"--endpoint", kUnpluggedGuid, "--endpoint", kUnpluggedGuid});
+  ASSERT_EQ(monitor->ReadLine(seconds(10)), "ready");
+  EXPECT_EQ(FifoCount(), 5U);
+  EXPECT_TRUE(Set(std::string("Global\\VelsonaGFXPropEvent") + kUnpluggedGuid));
+  EXPECT_FALSE(Set(std::string("Global\\VelsonaGFXPropEvent") + kActiveGuid));
+}
+
+TEST_F(EnginemonTest, EndsBySignalAndByTimeAndTakesItsFifosAway) {
+  for (const int signal : {SIGINT, SIGTERM}) {
+    const auto monitor = Start({});
+    ASSERT_EQ(monitor->ReadLine(seconds(10)), "ready");
+    monitor->Kill(signal);
+    EXPECT_EQ(monitor->WaitForExit(seconds(10)), 0);
+    EXPECT_EQ(monitor->RestOfErrors(), "");
+    EXPECT_EQ(FifoCount(), 0U);
+  }
+  const auto begin = std::chrono::steady_clock::now();
+  const support::ProcessResult timed = Run({"--seconds", "1"});
+  EXPECT_EQ(timed.exitStatus, 0);
+  EXPECT_EQ(timed.output, "ready\n");
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, seconds(1));
+  EXPECT_EQ(FifoCount(), 0U);
+}
+
+TEST_F(EnginemonTest, LeavesTheEventsOfALivingOneAndTakesThoseOfAKilledOne) {
+  const auto first = Start({});
+  ASSERT_EQ(first->ReadLine(seconds(10)), "ready");
+  const support::ProcessResult second = Run({"--endpoint", kActiveGuid});
+  EXPECT_EQ(second.exitStatus, 1);
+  EXPECT_EQ(second.output, "");
+  EXPECT_THAT(second.errors, HasSubstr("VelsonaGFXPropEvent"));
+  EXPECT_EQ(FifoCount(), 13U);
+  EXPECT_TRUE(Set("Global\\VelsonaServiceParameterUpdateEvent"));
+
+  first->Kill(SIGKILL);
+  ASSERT_TRUE(first->WaitForExit(seconds(10)));
+  EXPECT_EQ(FifoCount(), 13U);
+  const support::ProcessResult third = Run({"--seconds", "0"});
+  EXPECT_EQ(third.exitStatus, 0);
+  EXPECT_EQ(third.output, "ready\n");
+}
+
+TEST_F(EnginemonTest, ShowsTheValuesThatChanged) {
+  SetParameter(118, 1.0F);
+  SetParameter(9, 4.0F);
+  const auto monitor = Start({"--values"});
+  ASSERT_EQ(monitor->ReadLine(seconds(10)), "ready");
+  const std::string event = std::string("Global\\VelsonaGFXPropEvent") + kActiveGuid;
+  SetParameter(118, 0.1F);
+  SetParameter(9, -1e20F);
+  ASSERT_TRUE(Set(event));
+  EXPECT_EQ(monitor->ReadLine(seconds(10)), event);
+  const std::string place = "  {DFF21CE1-F70F-11D0-B917-00A0C9223196} 2 ";
+  EXPECT_EQ(monitor->ReadLine(seconds(10)), place + "Param9 -1.00000002e+20");
+  EXPECT_EQ(monitor->ReadLine(seconds(10)), place + "Param118 0.100000001");
+  ASSERT_TRUE(Set(event));
+  EXPECT_THAT(monitor->ReadLinesUntilQuiet(milliseconds(300)), ElementsAre(event));
+}
+
+TEST_F(EnginemonTest, ExplainsItselfAndRefusesWrongCalls) {
+  const support::ProcessResult help = Run({"--help"});
+  EXPECT_EQ(help.exitStatus, 0);
+  EXPECT_THAT(help.output, HasSubstr("--endpoint"));
+  const std::vector<std::vector<std::string>> calls = {
+      {"--unknown"},       {"word"},
+      {"--seconds"},       {"--seconds", "-1"},
+      {"--seconds", "1x"}, {"--seconds", "nan"},
+      {"--endpoint"},      {"--endpoint", "{no guid}"}};
+  for (const std::vector<std::string>& call : calls) {
+    const support::ProcessResult result = Run(call);
+    EXPECT_EQ(result.exitStatus, 2) << call.back();
+    EXPECT_EQ(result.output, "");
+    EXPECT_THAT(result.errors, HasSubstr("usage:"));
+  }
+  EXPECT_FALSE(fs::exists(root_));
+}
+
+}  // namespace
+}  // namespace tools

@@ -1,0 +1,42 @@
+// Plays the audio engine's part: holds its events and tells which were set.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/event_listener.h"
+
+namespace tools {
+
+// The events of the engine: four for each endpoint, in the order in which a change of mode sets
+// them, and the service's. Endpoints that share a GUID share their events.
+std::vector<std::u16string> EngineEventNames(const std::vector<std::u16string>& endpointGuids);
+
+class EngineMonitor {
+ public:
+  // Called when events were set, after the first of them was printed.
+  using Look = std::function<void(std::ostream& output)>;
+
+  // `output` gets one line for each set, flushed at once.
+  EngineMonitor(platform::EventListener& listener, std::ostream& output, Look look);
+
+  // Makes the events; the first one that cannot be made ends the attempt and is the result, which
+  // is empty when all were made.
+  std::u16string MakeEvents(std::vector<std::u16string> names);
+
+  // Prints what comes in until `timeout` has passed or the listener was interrupted. False when the
+  // output is gone.
+  bool PrintSets(std::chrono::milliseconds timeout);
+
+ private:
+  platform::EventListener& listener_;
+  std::ostream& output_;
+  Look look_;
+  std::vector<std::u16string> names_;
+};
+
+}  // namespace tools

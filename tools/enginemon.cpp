@@ -1,0 +1,199 @@
+// enginemon: plays the audio engine's part and prints which of its events are set.
+
+#include <pthread.h>
+#include <signal.h>
+
+#include <atomic>
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "endpoints/enumeration.h"
+#include "platform/guid.h"
+#include "platform/host.h"
+#include "platform/linux/fifo_event_listener.h"
+#include "platform/linux/state_folder.h"
+#include "platform/text.h"
+#include "tools/engine_monitor.h"
+#include "tools/parameter_watch.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongCall = 2;
+
+constexpr std::string_view kUsage =
+    R"(usage: enginemon [--endpoint GUID]... [--seconds N] [--values]
+
+Plays the audio engine's part: makes the engine's events, prints "ready", then a
+line for each event that is set, in the order in which they were set.
+
+  --endpoint GUID   serve this endpoint, in the form {8-4-4-4-12}; may be repeated.
+                    Without it every endpoint, active or unplugged, is served.
+  --seconds N       end after N seconds
+  --values          after an event, print the parameters that changed:
+                    path key, setting, name, value
+  --help            print this
+
+SIGINT and SIGTERM end it too. The exit status is 0, 1 when another listener
+holds an event or the output is gone, 2 for a wrong call.
+)";
+
+struct Options {
+  enum class Values { Hidden, Shown };
+
+  std::vector<std::u16string> endpoints;
+  std::optional<milliseconds> duration;
+  Values values = Values::Hidden;
+};
+
+std::optional<milliseconds> ParseSeconds(std::string_view text) {
+  constexpr double kMost = 1e9;
+  double seconds = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+  if (error != std::errc() || end != text.data() + text.size() || !(seconds >= 0.0) ||
+      seconds > kMost) {
+    return std::nullopt;
+  }
+  return std::chrono::round<milliseconds>(std::chrono::duration<double>(seconds));
+}
+
+std::optional<Options> WrongCall(const std::string& reason) {
+  std::cerr << "enginemon: " << reason << '\n' << kUsage;
+  return std::nullopt;
+}
+
+std::optional<Options> ParseOptions(const std::vector<std::string>& arguments) {
+  Options options;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& option = arguments[i];
+    if (option == "--values") {
+      options.values = Options::Values::Shown;
+      continue;
+    }
+    if (option != "--endpoint" && option != "--seconds") {
+      return WrongCall("unknown argument " + option);
+    }
+    if (++i == arguments.size()) return WrongCall(option + " lacks its value");
+    if (option == "--seconds") {
+      options.duration = ParseSeconds(arguments[i]);
+      if (!options.duration) return WrongCall("not a number of seconds: " + arguments[i]);
+      continue;
+    }
+    options.endpoints.push_back(platform::FromUtf8(arguments[i]));
+    if (!platform::GuidFromString(options.endpoints.back())) {
+      return WrongCall("not a GUID: " + arguments[i]);
+    }
+  }
+  return options;
+}
+
+// Turns SIGINT and SIGTERM into an interruption of the listener. To be made before any other
+// thread, so that no thread takes the signals the usual way.
+class EndSignals {
+ public:
+  explicit EndSignals(platform::EventListener& listener) {
+    sigemptyset(&signals_);
+    sigaddset(&signals_, SIGINT);
+    sigaddset(&signals_, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
+    thread_ = std::thread([this, &listener] {
+      int received = 0;
+      sigwait(&signals_, &received);
+      wasReceived_ = true;
+      listener.Interrupt();
+    });
+  }
+  ~EndSignals() {
+    pthread_kill(thread_.native_handle(), SIGINT);
+    thread_.join();
+  }
+  EndSignals(const EndSignals&) = delete;
+  EndSignals& operator=(const EndSignals&) = delete;
+
+  bool WasReceived() const { return wasReceived_; }
+
+ private:
+  sigset_t signals_{};
+  std::atomic<bool> wasReceived_ = false;
+  std::thread thread_;
+};
+
+std::vector<std::u16string> PresentEndpoints(platform::AudioDevices& audioDevices) {
+  std::vector<std::u16string> guids;
+  for (endpoints::EndpointRecord& record : endpoints::EnumerateRenderEndpoints(audioDevices)) {
+    guids.push_back(std::move(record.endpointGuid));
+  }
+  return guids;
+}
+
+void PrintChanges(const std::vector<tools::ChangedParameter>& changes, std::ostream& output) {
+  for (const tools::ChangedParameter& change : changes) {
+    char value[32];
+    std::snprintf(value, sizeof(value), "%.9g", static_cast<double>(change.value));
+    output << "  " << platform::ToUtf8(change.pathKey) << ' ' << platform::ToUtf8(change.setting)
+           << " Param" << change.number << ' ' << value << '\n';
+  }
+  output.flush();
+}
+
+int Run(const Options& options) {
+  platform::FifoEventListener listener(platform::StateFolder() / "events");
+  const EndSignals endSignals(listener);
+  platform::Host host;
+  platform::Platform& platform = host.Get();
+
+  tools::EngineMonitor::Look look = [](std::ostream&) {};
+  std::optional<tools::ParameterWatch> watch;
+  if (options.values == Options::Values::Shown) {
+    look = [&watch](std::ostream& output) { PrintChanges(watch->Look(), output); };
+  }
+  tools::EngineMonitor monitor(listener, std::cout, std::move(look));
+  const std::u16string refused = monitor.MakeEvents(tools::EngineEventNames(
+      options.endpoints.empty() ? PresentEndpoints(platform.audioDevices) : options.endpoints));
+  if (!refused.empty()) {
+    std::cerr << "enginemon: " << platform::ToUtf8(refused)
+              << ": another listener holds it, or it cannot be made\n";
+    return kFailed;
+  }
+  if (options.values == Options::Values::Shown) watch.emplace(platform.registry);
+  std::cout << "ready" << std::endl;
+
+  const Clock::time_point begin = Clock::now();
+  constexpr std::chrono::hours kLongWait(24);
+  while (!endSignals.WasReceived()) {
+    milliseconds left = kLongWait;
+    if (options.duration) {
+      left = std::chrono::ceil<milliseconds>(begin + *options.duration - Clock::now());
+      if (left <= milliseconds::zero()) break;
+    }
+    if (!monitor.PrintSets(left)) return kFailed;
+  }
+  return kDone;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (arguments == std::vector<std::string>{"--help"}) {
+    std::cout << kUsage;
+    return kDone;
+  }
+  const std::optional<Options> options = ParseOptions(arguments);
+  if (!options) return kWrongCall;
+  // A reader of the output that leaves shows in the stream's state; the FIFOs still have to go.
+  signal(SIGPIPE, SIG_IGN);
+  return Run(*options);
+}
