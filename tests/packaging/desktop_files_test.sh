@@ -1,0 +1,96 @@
+#!/usr/bin/env bash
+# desktop_files_test.sh [BUILD_FOLDER]: what is installed for people and their desktops: entry,
+# icons, metadata, man pages. Needs no rights; installs into a folder of its own.
+set -euo pipefail
+# shellcheck source=scripts/lib/setup.sh
+. "$(dirname "$0")/../../scripts/lib/setup.sh"
+# shellcheck source=tests/packaging/cases.sh
+. "$top/tests/packaging/cases.sh"
+
+install_packages package
+build=${1:-$top/build}
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+tree=$work/tree
+DESTDIR=$tree cmake --install "$build" --prefix /usr >"$work/install.log" ||
+  { cat "$work/install.log"; exit 1; }
+usr=$tree/usr
+desktop=$usr/share/applications/tonalyx.desktop
+metainfo=$usr/share/metainfo/example.norvane.tonalyx.metainfo.xml
+
+entry() { sed -n "s/^$1=//p" "$desktop"; }
+
+names_agree() {
+  test -x "$usr/bin/$(entry Exec)"
+  is "$(entry Exec)" "$(entry TryExec)"
+  test -s "$usr/share/icons/hicolor/scalable/apps/$(entry Icon).svg"
+  appstreamcli validate-tree --no-net "$tree"
+}
+
+metadata_is_valid() {
+  appstreamcli validate --no-net "$metainfo"
+  local version
+  version=$(sed -n 's/^CMAKE_PROJECT_VERSION:.*=//p' "$build/CMakeCache.txt")
+  is "$version" "$(sed -n '0,/<release /s/.*<release version="\([^"]*\)".*/\1/p' "$metainfo")"
+}
+
+icons_have_their_size() {
+  local size
+  for size in 16 24 32 48 64 128 256; do
+    is "$size $size" \
+      "$(identify -format '%w %h' "$usr/share/icons/hicolor/${size}x$size/apps/tonalyx.png")"
+  done
+}
+
+man_pages_are_clean() {
+  local page
+  for page in "$usr"/share/man/man1/*.1; do
+    is "" "$(mandoc -Tlint -Wwarning "$page" 2>&1)"
+    is "" "$(LC_ALL=C.UTF-8 MANROFFSEQ='' MANWIDTH=80 \
+      man --warnings -E UTF-8 -l -Tutf8 -Z "$page" 2>&1 >/dev/null)"
+  done
+}
+
+every_command_has_a_page() {
+  local command
+  for command in "$usr"/bin/*; do
+    test -x "$command"
+    test -s "$usr/share/man/man1/$(basename "$command").1"
+  done
+}
+
+# Options of the form --word and /x, and the words of a line that divides them by a bar.
+words_of_help() {
+  "$1" --help | grep -oE -- '--[a-z]+|/[a-z]\b|\b[a-z]+(\|[a-z]+)+\b|REG_[A-Z_]+' | tr '|' '\n' |
+    sort -u
+}
+
+pages_name_what_help_names() {
+  local command text word
+  for command in "$usr"/bin/tonalyx-*; do
+    text=$(mandoc -Tascii "$usr/share/man/man1/$(basename "$command").1" | sed 's/.\x08//g')
+    for word in $(words_of_help "$command"); do
+      grep -qF -- "$word" <<<"$text" || { echo "$(basename "$command").1 lacks $word"; return 1; }
+    done
+  done
+}
+
+# The tuning lies beside the program, not beside the link that was started.
+link_finds_the_tuning() {
+  export TONALYX_ROOT=$work/state TONALYX_LAPTOP=$work/laptop.json
+  "$usr/bin/tonalyx-laptopctl" "$TONALYX_LAPTOP" new standard
+  "$usr/bin/tonalyx-vtdmake" "$usr/share/doc/tonalyx/examples/sample.json" "$usr/lib/tonalyx/0.vtd"
+  "$usr/bin/tonalyx" /init
+  test ! -e "$usr/lib/tonalyx/0.vtd"
+  "$usr/bin/tonalyx-regtool" query 'HKLM\SOFTWARE\Norvane\Velsona\Parameters' /v ActiveSetting /s
+}
+
+expect "the desktop entry is valid" desktop-file-validate "$desktop"
+expect "entry, metadata, icon and program fit together" names_agree
+expect "the metadata is valid and of this version" metadata_is_valid
+expect "every icon has the size of its folder" icons_have_their_size
+expect "the man pages are clean" man_pages_are_clean
+expect "every command has a man page" every_command_has_a_page
+expect "the man pages name what --help names" pages_name_what_help_names
+expect "the program finds its own folder through a link" link_finds_the_tuning
+finish_cases

@@ -1,0 +1,136 @@
+#!/usr/bin/env bash
+# two_users_test.sh [FOLDER_OF_PROGRAMS]: users without rights, each with a umask that shares
+# nothing, and a system service that runs as root work on one store. Needs root to become them.
+set -euo pipefail
+top=$(cd "$(dirname "$0")/../.." && pwd)
+# shellcheck source=tests/packaging/cases.sh
+. "$top/tests/packaging/cases.sh"
+
+[ "$(id -u)" = 0 ] || exec sudo --preserve-env=GTEST_OUTPUT "$0" "$@"
+
+# Numbers are enough; no such accounts need to exist.
+anna=64101
+bert=64102
+root=0
+
+work=$(mktemp -d)
+services=()
+cleanup() {
+  [ ${#services[@]} = 0 ] || kill "${services[@]}" 2>/dev/null || true
+  rm -rf "$work"
+}
+trap cleanup EXIT
+chmod 755 "$work"
+# A copy that everybody reaches, whoever owns the tree.
+cp -r "${1:-$top/build/bin}" "$work/bin"
+chmod -R a+rX "$work/bin"
+
+key='HKLM\SOFTWARE\Norvane\Velsona\Parameters\{DFF21CE1-F70F-11D0-B917-00A0C9223196}\Settings'
+
+# as USER COMMAND...: with nothing of the caller's environment.
+as() {
+  local user=$1
+  shift
+  (umask 077 && exec setpriv --reuid="$user" --regid="$user" --clear-groups \
+    env -i PATH="$work/bin:$PATH" TONALYX_ROOT="$TONALYX_ROOT" \
+    ${TONALYX_LAPTOP:+TONALYX_LAPTOP="$TONALYX_LAPTOP"} "$@")
+}
+
+write() { as "$1" regtool add "$key\\$2" /v "$3" /t REG_BINARY /d "$4" /f; }
+read_back() { as "$1" regtool query "$key\\$2" /v "$3" | awk '/REG_BINARY/ { print $3 }'; }
+
+# Every one of them reads what every other wrote last.
+everybody_edits() {
+  local writer reader number=0
+  for writer in "$@"; do
+    number=$((number + 1))
+    write "$writer" 2 Param6 "0000003$number"
+    for reader in "$@"; do
+      is "0000003$number" "$(read_back "$reader" 2 Param6)"
+    done
+  done
+}
+
+folder_is_open() {
+  is 777 "$(stat -c %a "$TONALYX_ROOT")"
+  local file
+  for file in "$TONALYX_ROOT"/registry.*; do
+    is "666 ${file##*/}" "$(stat -c %a "$file") ${file##*/}"
+  done
+}
+
+# While a user holds the store open, its companion files exist and belong to whoever came first.
+companions_are_shared() {
+  local first=$1 output=$work/companions service
+  shift
+  as "$first" enginemon --endpoint '{11111111-2222-3333-4444-555555555555}' --values >"$output" &
+  service=$!
+  for _ in $(seq 200); do grep -q ready "$output" && break; sleep 0.05; done
+  test -e "$TONALYX_ROOT/registry.db-wal"
+  folder_is_open
+  everybody_edits "$@"
+  kill "$service"
+  wait "$service"
+}
+
+start_service() {
+  as "$1" enginemon --endpoint "{$2}" --values >"$work/service.$1" 2>&1 &
+  services+=($!)
+  for _ in $(seq 200); do grep -q ready "$work/service.$1" && return 0; sleep 0.05; done
+  cat "$work/service.$1"
+  return 1
+}
+
+# The change and the event that wakes the engine, as the panel makes them.
+service_hears() {
+  local service=$1 user=$2 guid=$3 value=$4 printed=$5 fifo
+  fifo="$TONALYX_ROOT/events/Global%5CVelsonaGFXPropEvent{$guid}"
+  is "666 fifo" "$(stat -c '%a %F' "$fifo")"
+  is 777 "$(stat -c %a "$TONALYX_ROOT/events")"
+  write "$user" 2 Param5 "$value"
+  # shellcheck disable=SC2016
+  as "$user" sh -c 'printf "\1\0\0\0\0\0\0\0" >"$1"' sh "$fifo"
+  for _ in $(seq 200); do grep -q "Param5 $printed\$" "$work/service.$service" && return 0; sleep 0.05; done
+  cat "$work/service.$service"
+  return 1
+}
+
+# The panel's own start: the lock is each user's, the log everybody's.
+both_start_the_panel() {
+  as "$bert" laptopctl "$TONALYX_LAPTOP" show >/dev/null
+  as "$anna" tonalyx /init
+  as "$bert" tonalyx /init
+  is 666 "$(stat -c %a "$TONALYX_ROOT/Velsona.txt")"
+  is 2 "$(grep -c 'was supported' "$TONALYX_ROOT/Velsona.txt")"
+}
+
+# As the package makes it.
+export TONALYX_ROOT=$work/machine
+mkdir "$TONALYX_ROOT"
+chmod 777 "$TONALYX_ROOT"
+expect "two users and the system edit one store" everybody_edits $anna $bert $root
+expect "folder and files are open to everyone" folder_is_open
+for first in $anna $root; do
+  expect "user $first holds the store open, the others edit it" \
+    companions_are_shared $first $bert $anna $root
+done
+
+expect "a service of the system starts" start_service $root 00000000-0000-0000-0000-00000000000A
+expect "a service of another user starts" start_service $bert 00000000-0000-0000-0000-00000000000B
+expect "a user's edit reaches the system's service" \
+  service_hears $root $anna 00000000-0000-0000-0000-00000000000A 0000803F 1
+expect "a user's edit reaches another user's service" \
+  service_hears $bert $anna 00000000-0000-0000-0000-00000000000B 00000040 2
+
+export TONALYX_LAPTOP=$work/laptop.json
+(umask 022 && "$work/bin/laptopctl" "$TONALYX_LAPTOP" new standard)
+expect "both users start the program" both_start_the_panel
+unset TONALYX_LAPTOP
+
+# Without a package: the first user makes the folder.
+export TONALYX_ROOT=$work/shared/norvane/velsona
+mkdir "$work/shared"
+chmod 777 "$work/shared"
+expect "two users share a store that one of them made" everybody_edits $anna $bert $root
+expect "that folder and its files are open to everyone" folder_is_open
+finish_cases
