@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# One short session with the panel on a display that nobody sees: a click on a mode, headphones in
+# and out, the advanced dialog. Prints what the engine received, leaves pictures of every window.
+set -euo pipefail
+top=$(cd "$(dirname "$0")/../.." && pwd)
+bin=$top/build/bin
+pictures=$top/build/screenshots
+mkdir -p "$pictures"
+
+# wait_for TITLE: prints the window's number once it is on the screen.
+wait_for() {
+  local number
+  for _ in $(seq 100); do
+    number=$(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | tail -n 1) && [ -n "$number" ] &&
+      { echo "$number"; return 0; }
+    sleep 0.05
+  done
+  echo "The window \"$1\" did not appear." >&2
+  return 1
+}
+
+# click WINDOW X Y: at a position in the skin's 96-DPI units.
+click() {
+  local scale=${TONALYX_DPI-96}
+  xdotool mousemove --window "$1" $(($2 * scale / 96)) $(($3 * scale / 96)) click 1
+  sleep 0.4
+}
+
+picture() { import -window root "$pictures/$1.png"; echo "Picture: build/screenshots/$1.png"; }
+
+"$bin/enginemon" --values &
+engine=$!
+"$bin/tonalyx" &
+panel=$!
+trap 'kill "$engine" "$panel" 2>/dev/null || true' EXIT
+
+main=$(wait_for Tonalyx)
+sleep 0.5
+picture main-window
+echo "-- click on Movie"
+click "$main" 524 200
+picture movie
+if [ -n "${TONALYX_LAPTOP-}" ]; then
+  echo "-- headphones in"
+  "$bin/laptopctl" "$TONALYX_LAPTOP" plug headphones
+  sleep 0.6
+  picture headphones
+  echo "-- headphones out"
+  "$bin/laptopctl" "$TONALYX_LAPTOP" unplug
+  sleep 0.6
+fi
+echo "-- the advanced dialog, collapsed and expanded"
+click "$main" 80 417
+dialog=$(wait_for Velsona)
+sleep 0.4
+picture advanced-collapsed
+xdotool mousemove --window "$dialog" $((703 * ${TONALYX_DPI-96} / 96)) $((191 * ${TONALYX_DPI-96} / 96)) click 1
+sleep 0.5
+picture advanced
+xdotool key Escape
+main=$(wait_for Tonalyx)
+sleep 0.3
+echo "-- Done"
+click "$main" 572 419
+wait "$panel"
+kill "$engine"
+wait "$engine" 2>/dev/null || true
+trap - EXIT

@@ -1,0 +1,42 @@
+# Sourced by the commands: installs what is missing and builds.
+# shellcheck shell=bash
+
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+
+as_root() {
+  if [ "$(id -u)" = 0 ]; then
+    "$@"
+  else
+    sudo "$@"
+  fi
+}
+
+# install_packages KIND...: what packages.txt lists for these kinds; nothing when all are there.
+install_packages() {
+  local missing=() kind package installed
+  installed=$(dpkg-query -W -f='${db:Status-Abbrev} ${Package}\n' | awk '/^ii/ { print $2 }')
+  while read -r kind package; do
+    case " $* " in *" $kind "*) ;; *) continue ;; esac
+    grep -qxF -- "$package" <<<"$installed" || missing+=("$package")
+  done < <(grep -v '^#' "$top/scripts/lib/packages.txt")
+  [ ${#missing[@]} = 0 ] && return 0
+  echo "Installing: ${missing[*]}"
+  as_root apt-get update -qq
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+    "${missing[@]}" >/dev/null
+}
+
+# build_preset PRESET [TARGET...]
+build_preset() {
+  local preset=$1 folder="$top/build"
+  shift
+  [ "$preset" = release ] || folder="$top/build/$preset"
+  (cd "$top" && cmake --preset "$preset" >"/tmp/tonalyx-cmake-$$.log" 2>&1) ||
+    { cat "/tmp/tonalyx-cmake-$$.log"; return 1; }
+  rm -f "/tmp/tonalyx-cmake-$$.log"
+  if [ $# = 0 ]; then
+    cmake --build "$folder"
+  else
+    cmake --build "$folder" --target "$@"
+  fi
+}
