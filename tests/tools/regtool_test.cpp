@@ -33,7 +33,7 @@ class RegtoolTest : public testing::Test {
 
   // The data of a value, as printed.
   std::string Data(const std::string& name) {
-    const std::string output = Run(R"(query 'HKLM\K' /v ')" + name + "'");
+    std::string output = Run(R"(query 'HKLM\K' /v ')" + name + "'");
     const std::size_t line = output.find('\n');
     if (line == std::string::npos) return output;
     const std::string value = output.substr(line + 1 + 4 + name.size() + 4);
