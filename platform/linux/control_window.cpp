@@ -20,7 +20,8 @@ bool IsClickKey(const QKeyEvent& event) {
 
 ControlWindow::ControlWindow(Window& window, NativeWindow& parent, const DialogControl& control)
     : NativeWindow(window, &parent, Qt::Widget, control.id), text_(control.text) {
-  setAttribute(Qt::WA_OpaquePaintEvent);
+  // Buttons draw onto what the dialog shows under them.
+  setAttribute(Qt::WA_OpaquePaintEvent, !IsButton(control.kind));
   setAttribute(Qt::WA_NoSystemBackground);
   setFocusPolicy(IsButton(control.kind) ? Qt::StrongFocus : Qt::NoFocus);
 }

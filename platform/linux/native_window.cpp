@@ -1,5 +1,6 @@
 #include "platform/linux/native_window.h"
 
+#include <QCoreApplication>
 #include <QMouseEvent>
 #include <QTimerEvent>
 
@@ -7,6 +8,24 @@
 #include "platform/linux/window_table.h"
 
 namespace platform {
+namespace {
+
+bool IsInput(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Close:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
 
 NativeWindow::NativeWindow(Window& window, QWidget* parent, Qt::WindowFlags flags, std::uint16_t id)
     : QWidget(parent, flags),
@@ -97,6 +116,10 @@ bool NativeWindow::event(QEvent* event) {
     const auto& posted = static_cast<const MessageEvent&>(*event);
     Deliver(posted.message, posted.wParam, posted.lParam);
     return true;
+  }
+  // A message that was posted before goes first.
+  if (IsInput(event->type())) {
+    QCoreApplication::sendPostedEvents(nullptr, MessageEvent::EventType());
   }
   return QWidget::event(event);
 }
