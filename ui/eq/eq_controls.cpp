@@ -9,53 +9,10 @@ namespace {
 using dsp::FilterType;
 using dsp::Knob;
 
-// From top to bottom.
-constexpr std::array kTypesInOrder = {FilterType::Peaking, FilterType::HighShelving,
-                                      FilterType::LowShelving, FilterType::HighPass,
-                                      FilterType::LowPass};
 constexpr std::array kSliders = {BandSlider::Gain, BandSlider::Frequency, BandSlider::Bandwidth};
 constexpr std::array kSwitches = {EqSwitch::Equalizer, EqSwitch::Band};
 
-std::uint16_t CaptionOf(Knob knob) {
-  switch (knob) {
-    case Knob::Bass:
-      return resources::kTextBass;
-    case Knob::Treble:
-      return resources::kTextTreble;
-    case Knob::Widener:
-      return resources::kTextWidener;
-    case Knob::Loudness:
-      break;
-  }
-  return resources::kTextLoudness;
-}
-
-std::uint16_t CaptionOf(FilterType type) {
-  switch (type) {
-    case FilterType::Peaking:
-      return resources::kTextPeaking;
-    case FilterType::LowPass:
-      return resources::kTextLowPass;
-    case FilterType::HighPass:
-      return resources::kTextHighPass;
-    case FilterType::LowShelving:
-      return resources::kTextLowShelving;
-    case FilterType::HighShelving:
-      break;
-  }
-  return resources::kTextHighShelving;
-}
-
-void SetCaption(platform::Window& control, std::uint16_t text) {
-  control.SetText(platform::LoadStringResource(text));
-}
-
-void Check(CPngCheckbox& box, bool checked) {
-  box.Send(platform::message::kSetCheck, checked ? 1 : 0, 0);
-}
-
-}  // namespace
-
+// Ids in the dialog template.
 std::uint16_t ControlIdOf(Knob knob) {
   switch (knob) {
     case Knob::Bass:
@@ -101,6 +58,46 @@ std::uint16_t ControlIdOf(FilterType type) {
   }
   return resources::kTypeHighShelving;
 }
+
+std::uint16_t CaptionOf(Knob knob) {
+  switch (knob) {
+    case Knob::Bass:
+      return resources::kTextBass;
+    case Knob::Treble:
+      return resources::kTextTreble;
+    case Knob::Widener:
+      return resources::kTextWidener;
+    case Knob::Loudness:
+      break;
+  }
+  return resources::kTextLoudness;
+}
+
+std::uint16_t CaptionOf(FilterType type) {
+  switch (type) {
+    case FilterType::Peaking:
+      return resources::kTextPeaking;
+    case FilterType::LowPass:
+      return resources::kTextLowPass;
+    case FilterType::HighPass:
+      return resources::kTextHighPass;
+    case FilterType::LowShelving:
+      return resources::kTextLowShelving;
+    case FilterType::HighShelving:
+      break;
+  }
+  return resources::kTextHighShelving;
+}
+
+void SetCaption(platform::Window& control, std::uint16_t text) {
+  control.SetText(platform::LoadStringResource(text));
+}
+
+void Check(CPngCheckbox& box, bool checked) {
+  box.Send(platform::message::kSetCheck, checked ? 1 : 0, 0);
+}
+
+}  // namespace
 
 void EqControls::ForEach(const std::function<void(std::uint16_t, platform::Window&)>& visit) {
   for (const Knob knob : kKnobsInOrder) visit(ControlIdOf(knob), KnobOf(knob));

@@ -18,16 +18,6 @@
 
 namespace ui {
 
-// Knobs as they stand on the screen, from left to right.
-inline constexpr std::array kKnobsInOrder = {dsp::Knob::Bass, dsp::Knob::Treble, dsp::Knob::Widener,
-                                             dsp::Knob::Loudness};
-
-// Control ids in the dialog template.
-std::uint16_t ControlIdOf(dsp::Knob knob);
-std::uint16_t ControlIdOf(BandSlider slider);
-std::uint16_t ControlIdOf(EqSwitch box);
-std::uint16_t ControlIdOf(dsp::FilterType type);
-
 // User-interface thread.
 class EqControls final : public EqView {
  public:

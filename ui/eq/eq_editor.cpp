@@ -1,6 +1,5 @@
 #include "ui/eq/eq_editor.h"
 
-#include <array>
 #include <optional>
 
 #include "dsp/conversions.h"
@@ -16,10 +15,6 @@ using dsp::FilterType;
 using dsp::Knob;
 
 constexpr char16_t kFirstSetting = u'1';
-
-// In the order of the buttons on the screen.
-constexpr std::array kTypes = {FilterType::Peaking, FilterType::HighShelving,
-                               FilterType::LowShelving, FilterType::HighPass, FilterType::LowPass};
 
 }  // namespace
 
@@ -209,7 +204,7 @@ void EqEditor::RefreshControls(Refresh refresh) {
 }
 
 void EqEditor::RefreshKnobs() {
-  for (const Knob knob : {Knob::Bass, Knob::Treble, Knob::Widener, Knob::Loudness}) {
+  for (const Knob knob : kKnobsInOrder) {
     view_.SetKnobValue(knob, dsp::GetKnob(store_.values, knob));
   }
 }
@@ -224,7 +219,7 @@ void EqEditor::RefreshShape(const dsp::EqBand& band) {
 
 // A type that is none checks no button and leaves the sliders enabled as they were.
 void EqEditor::ShowType(std::optional<FilterType> type) {
-  for (const FilterType each : kTypes) view_.SetTypeChecked(each, each == type);
+  for (const FilterType each : kTypesInOrder) view_.SetTypeChecked(each, each == type);
   if (!type) return;
   const dsp::SliderEnabling enabling = dsp::SlidersFor(*type);
   view_.EnableSlider(BandSlider::Bandwidth, enabling.bandwidth);

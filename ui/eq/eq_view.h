@@ -1,6 +1,7 @@
 // The controls of the equalizer as the editor sees them: values in and out, no windows.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 
@@ -11,6 +12,13 @@ namespace ui {
 
 enum class BandSlider { Gain, Frequency, Bandwidth };
 enum class EqSwitch { Equalizer, Band };
+
+// As they stand on the screen: knobs from left to right, buttons of the types from top to bottom.
+inline constexpr std::array kKnobsInOrder = {dsp::Knob::Bass, dsp::Knob::Treble, dsp::Knob::Widener,
+                                             dsp::Knob::Loudness};
+inline constexpr std::array kTypesInOrder = {
+    dsp::FilterType::Peaking, dsp::FilterType::HighShelving, dsp::FilterType::LowShelving,
+    dsp::FilterType::HighPass, dsp::FilterType::LowPass};
 
 // Setting a value sends no notification back. User-interface thread.
 class EqView {
