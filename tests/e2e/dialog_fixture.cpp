@@ -89,14 +89,7 @@ void AdvancedDialogTest::ClickControl(std::uint16_t id) {
 
 void AdvancedDialogTest::Drag(std::uint16_t id, ScreenPoint from, ScreenPoint to, int steps) {
   const ScreenRect rect = Control(id);
-  desktop_.MovePointer(rect.x + from.x, rect.y + from.y);
-  desktop_.PressButton();
-  for (int step = 1; step <= steps; ++step) {
-    desktop_.MovePointer(rect.x + from.x + (to.x - from.x) * step / steps,
-                         rect.y + from.y + (to.y - from.y) * step / steps);
-    std::this_thread::sleep_for(milliseconds(15));
-  }
-  desktop_.ReleaseButton();
+  desktop_.Drag({rect.x + from.x, rect.y + from.y}, {rect.x + to.x, rect.y + to.y}, steps);
 }
 
 dsp::PlotMapping AdvancedDialogTest::Plot() {

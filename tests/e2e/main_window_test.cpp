@@ -160,13 +160,7 @@ TEST_F(MainWindowTest, TransparentCornersShowTheDesktop) {
 TEST_F(MainWindowTest, CaptionStripMovesTheWindowAndChangesNoMode) {
   Open("standard");
   const ScreenRect grip = SkinRect({200, 20}, {1, 1});
-  desktop_.MovePointer(grip.x, grip.y);
-  desktop_.PressButton();
-  for (int step = 1; step <= 10; ++step) {
-    desktop_.MovePointer(grip.x + step * 4, grip.y + step * 3);
-    std::this_thread::sleep_for(milliseconds(20));
-  }
-  desktop_.ReleaseButton();
+  desktop_.Drag({grip.x, grip.y}, {grip.x + 40, grip.y + 30}, 10);
   EXPECT_TRUE(Eventually([&] {
     const auto moved = desktop_.FindWindow("Tonalyx");
     return moved && moved->x == window_.x + 40 && moved->y == window_.y + 30;
@@ -239,7 +233,7 @@ TEST_F(MainWindowTest, AdvancedEntryExistsOnlyWithThreeLayers) {
 
   UseLaptop("layers");
   StartPanel();
-  EXPECT_TRUE(ShowsAdvancedText());
+  EXPECT_TRUE(Eventually([&] { return ShowsAdvancedText(); }));
 }
 
 TEST_F(MainWindowTest, DavrinSkinHasItsOwnGridAndNoDone) {

@@ -176,9 +176,27 @@ void X11Desktop::ReleaseButton() {
   XSync(impl_->display, False);
 }
 
+// No hand is faster than these pauses. Without them the window manager, which looks at every press
+// first, passes it on with a later position.
 void X11Desktop::Click(int x, int y) {
+  constexpr milliseconds kHand(15);
   MovePointer(x, y);
+  std::this_thread::sleep_for(kHand);
   PressButton();
+  std::this_thread::sleep_for(kHand);
+  ReleaseButton();
+  std::this_thread::sleep_for(kHand);
+}
+
+void X11Desktop::Drag(ScreenPoint from, ScreenPoint to, int steps) {
+  MovePointer(from.x, from.y);
+  PressButton();
+  // The toolkit hands a move to the window manager with the position that the pointer has then.
+  std::this_thread::sleep_for(milliseconds(150));
+  for (int step = 1; step <= steps; ++step) {
+    MovePointer(from.x + (to.x - from.x) * step / steps, from.y + (to.y - from.y) * step / steps);
+    std::this_thread::sleep_for(milliseconds(15));
+  }
   ReleaseButton();
 }
 

@@ -56,6 +56,7 @@ class X11Desktop {
   void PressButton();
   void ReleaseButton();
   void Click(int x, int y);
+  void Drag(ScreenPoint from, ScreenPoint to, int steps);
   // A key by its X name ("Escape", "Return", "a"), "Alt+" before it for the modifier; it goes
   // wherever the focus is.
   void PressKey(const std::string& key);
