@@ -102,7 +102,7 @@ class Machine {
 
 // Every value into both trees and read back.
 void ImportFullFile(benchmark::State& state) {
-  for (auto iteration : state) {
+  while (state.KeepRunning()) {
     state.PauseTiming();
     auto machine = std::make_unique<Machine>();
     state.ResumeTiming();
@@ -118,7 +118,7 @@ void LoadSet(benchmark::State& state) {
   Machine machine;
   if (!machine.Import()) state.SkipWithError("the import failed");
   store::ParameterStore set;
-  for (auto iteration : state) {
+  while (state.KeepRunning()) {
     if (!store::LoadActiveSet(machine.Registry(), kJack, set)) state.SkipWithError("no set");
   }
 }
@@ -130,7 +130,7 @@ void RestoreDefaults(benchmark::State& state) {
   if (!machine.Import() || !store::LoadActiveSet(machine.Registry(), kJack, set)) {
     state.SkipWithError("no set");
   }
-  for (auto iteration : state) {
+  while (state.KeepRunning()) {
     if (!store::CopyDefaultsToActive(machine.Registry(), set)) state.SkipWithError("no set");
   }
 }
@@ -147,7 +147,7 @@ void CommitFiveChanges(benchmark::State& state) {
   if (!machine.Import() || !store::LoadActiveSet(machine.Registry(), kJack, set)) {
     state.SkipWithError("no set");
   }
-  for (auto iteration : state) {
+  while (state.KeepRunning()) {
     ChangeBand(set);
     store::CommitChanges(machine.Registry(), set);
   }
@@ -160,7 +160,7 @@ void EditToLastEvent(benchmark::State& state) {
   if (!machine.Import() || !store::LoadActiveSet(machine.Registry(), kJack, set)) {
     state.SkipWithError("no set");
   }
-  for (auto iteration : state) {
+  while (state.KeepRunning()) {
     ChangeBand(set);
     store::SignalParameterChange(machine.Engine(), set);
     state.PauseTiming();
@@ -174,7 +174,7 @@ void ClickToLastEvent(benchmark::State& state) {
   Machine machine;
   if (!machine.Import()) state.SkipWithError("the import failed");
   std::uint32_t mode = 0;
-  for (auto iteration : state) {
+  while (state.KeepRunning()) {
     mode = (mode + 1) % store::kModeCount;
     if (!store::WriteActiveSetting(machine.Engine(), mode, nullptr)) {
       state.SkipWithError("not written");
@@ -190,7 +190,7 @@ BENCHMARK(ClickToLastEvent)->Unit(benchmark::kMicrosecond);
 void DetectRoute(benchmark::State& state) {
   Machine machine;
   if (!machine.Import()) state.SkipWithError("the import failed");
-  for (auto iteration : state) {
+  while (state.KeepRunning()) {
     benchmark::DoNotOptimize(endpoints::DetectOutputPath(machine.Registry(), u"{1}"));
   }
 }

@@ -126,18 +126,18 @@ TEST(SstHeadsetKey, BelongsToTheLastDeviceOfThatDriver) {
 
 TEST(SstHeadsetKey, DriverIsATextWithOrWithoutItsEnd) {
   const struct {
-    const char* what;
-    RegistryType type;
     std::string bytes;
+    RegistryType type;
     bool found;
+    const char* what;
   } cases[] = {
-      {"without NUL", RegistryType::String, support::Bytes(u"isstrtc.sys", 22), true},
-      {"more behind the NUL", RegistryType::String,
-       support::TextBytes(u"isstrtc.sys") + support::TextBytes(u"x"), true},
-      {"odd byte", RegistryType::String, support::Bytes(u"isstrtc.sys", 22) + "x", true},
-      {"other type", RegistryType::ExpandString, support::TextBytes(u"isstrtc.sys"), false},
-      {"too long", RegistryType::String,
-       support::TextBytes(u"isstrtc.sys") + std::string(510, '\0'), false},
+      {support::Bytes(u"isstrtc.sys", 22), RegistryType::String, true, "without NUL"},
+      {support::TextBytes(u"isstrtc.sys") + support::TextBytes(u"x"), RegistryType::String, true,
+       "more behind the NUL"},
+      {support::Bytes(u"isstrtc.sys", 22) + "x", RegistryType::String, true, "odd byte"},
+      {support::TextBytes(u"isstrtc.sys"), RegistryType::ExpandString, false, "other type"},
+      {support::TextBytes(u"isstrtc.sys") + std::string(510, '\0'), RegistryType::String, false,
+       "too long"},
   };
   for (const auto& c : cases) {
     platform::FakeRegistry registry;

@@ -248,6 +248,7 @@ TEST_P(RegistryContract, ServesSeveralThreadsAtOnce) {
   ASSERT_NE(Create(u"shared"), nullptr);
   std::atomic<int> failures = 0;
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (int t = 0; t < kThreads; ++t) {
     threads.emplace_back([&, name = std::u16string(1, static_cast<char16_t>(u'a' + t))] {
       for (int round = 0; round < kRounds; ++round) {

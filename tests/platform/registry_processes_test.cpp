@@ -53,16 +53,16 @@ int NumberIn(RegistryKey& key, std::u16string_view name) {
 TEST_F(RegistryProcessesTest, ProcessesThatStartTogetherMakeOneStore) {
   for (int round = 0; round < 10; ++round) {
     const std::filesystem::path folder = folder_ / std::to_string(round);
-    std::vector<std::unique_ptr<ForkedProcess>> writers;
-    for (int i = 0; i < 4; ++i) {
-      writers.push_back(std::make_unique<ForkedProcess>([&](const Line& parent) {
+    std::vector<std::unique_ptr<ForkedProcess>> writers(4);
+    for (std::size_t i = 0; i < writers.size(); ++i) {
+      writers[i] = std::make_unique<ForkedProcess>([&](const Line& parent) {
         parent.Hear();
         SqliteRegistry registry(folder);
         const auto key = Create(registry);
-        if (SetBytes(*key, kFive[static_cast<std::size_t>(i)], "1") != RegistryStatus::Success) {
+        if (SetBytes(*key, kFive[i], "1") != RegistryStatus::Success) {
           _exit(1);
         }
-      }));
+      });
     }
     for (const auto& writer : writers) writer->Talk().Say('g');
     for (const auto& writer : writers) EXPECT_TRUE(writer->Join());
@@ -74,9 +74,9 @@ TEST_F(RegistryProcessesTest, ProcessesThatStartTogetherMakeOneStore) {
 TEST_F(RegistryProcessesTest, WriteScopesExcludeEachOtherAndReadersSeeWholeOnes) {
   constexpr int kWriters = 3;
   constexpr int kRounds = 300;
-  std::vector<std::unique_ptr<ForkedProcess>> writers;
-  for (int i = 0; i < kWriters; ++i) {
-    writers.push_back(std::make_unique<ForkedProcess>([&](const Line&) {
+  std::vector<std::unique_ptr<ForkedProcess>> writers(kWriters);
+  for (auto& writer : writers) {
+    writer = std::make_unique<ForkedProcess>([&](const Line&) {
       SqliteRegistry registry(folder_);
       const auto key = Create(registry);
       for (int round = 0; round < kRounds; ++round) {
@@ -86,7 +86,7 @@ TEST_F(RegistryProcessesTest, WriteScopesExcludeEachOtherAndReadersSeeWholeOnes)
           if (SetBytes(*key, name, next) != RegistryStatus::Success) _exit(1);
         }
       }
-    }));
+    });
   }
   SqliteRegistry registry(folder_);
   const auto key = Create(registry);

@@ -13,7 +13,6 @@ namespace store {
 namespace {
 
 using endpoints::OutputPath;
-using platform::AudioStep;
 using support::FailingRegistry;
 using support::RegistryStep;
 

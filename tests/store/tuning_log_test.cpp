@@ -13,7 +13,7 @@ namespace store {
 namespace {
 
 // The log after the import of a file without routes.
-std::string LogOf(TuningFileBuilder file, std::uint32_t ssid, ModelFlags model) {
+std::string LogOf(const TuningFileBuilder& file, std::uint32_t ssid, ModelFlags model) {
   platform::FakeRegistry registry;
   platform::FakeFileSystem files;
   files.PutFile(u"/x.vtd", file.Bytes());

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -33,9 +34,11 @@ std::uint32_t NumberAt(const std::string& bytes, std::size_t offset) {
   return number;
 }
 
+using ParameterBits = std::array<std::uint32_t, kParameterCount>;
+
 bool SameBits(const ParameterStore& left, const ParameterStore& right) {
-  return std::memcmp(&left.values, &right.values, sizeof(left.values)) == 0 &&
-         std::memcmp(&left.committed, &right.committed, sizeof(left.committed)) == 0;
+  return std::bit_cast<ParameterBits>(left.values) == std::bit_cast<ParameterBits>(right.values) &&
+         left.committed == right.committed;
 }
 
 class UserSettingsFileTest : public testing::Test {
