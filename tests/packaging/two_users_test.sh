@@ -14,30 +14,40 @@ bert=64102
 root=0
 
 work=$(mktemp -d)
-services=()
-cleanup() {
-  [ ${#services[@]} = 0 ] || kill "${services[@]}" 2>/dev/null || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
+trap 'rm -rf "$work"' EXIT
 chmod 755 "$work"
 # A copy that everybody reaches, whoever owns the tree.
 cp -r "${1:-$top/build/bin}" "$work/bin"
 chmod -R a+rX "$work/bin"
 
+endpoint=00000000-0000-0000-0000-00000000000A
 key='HKLM\SOFTWARE\Norvane\Velsona\Parameters\{DFF21CE1-F70F-11D0-B917-00A0C9223196}\Settings'
 
-# as USER COMMAND...: with nothing of the caller's environment.
-as() {
+# become USER COMMAND...: this shell becomes that user's program, with nothing of the caller's
+# environment.
+become() {
   local user=$1
   shift
-  (umask 077 && exec setpriv --reuid="$user" --regid="$user" --clear-groups \
+  umask 077
+  exec setpriv --reuid="$user" --regid="$user" --clear-groups \
     env -i PATH="$work/bin:$PATH" TONALYX_ROOT="$TONALYX_ROOT" \
-    ${TONALYX_LAPTOP:+TONALYX_LAPTOP="$TONALYX_LAPTOP"} "$@")
+    ${TONALYX_LAPTOP:+TONALYX_LAPTOP="$TONALYX_LAPTOP"} "$@"
 }
+
+as() { (become "$@"); }
 
 write() { as "$1" regtool add "$key\\$2" /v "$3" /t REG_BINARY /d "$4" /f; }
 read_back() { as "$1" regtool query "$key\\$2" /v "$3" | awk '/REG_BINARY/ { print $3 }'; }
+
+# Tries for ten seconds.
+soon() {
+  local tries
+  for ((tries = 0; tries < 200; tries++)); do
+    "$@" && return 0
+    sleep 0.05
+  done
+  return 1
+}
 
 # Every one of them reads what every other wrote last.
 everybody_edits() {
@@ -59,45 +69,51 @@ folder_is_open() {
   done
 }
 
-# While a user holds the store open, its companion files exist and belong to whoever came first.
-companions_are_shared() {
-  local first=$1 output=$work/companions service
-  shift
-  as "$first" enginemon --endpoint '{11111111-2222-3333-4444-555555555555}' --values >"$output" &
+# serve USER NAME OPTION...: the user's engine begins to wait; its number is then in $service and
+# what it prints in $work/NAME.
+serve() {
+  local user=$1 name=$2
+  shift 2
+  become "$user" enginemon "$@" >"$work/$name" 2>&1 &
   service=$!
-  for _ in $(seq 200); do grep -q ready "$output" && break; sleep 0.05; done
-  test -e "$TONALYX_ROOT/registry.db-wal"
-  folder_is_open
-  everybody_edits "$@"
+  trap 'kill "$service"' EXIT
+  soon grep -q ready "$work/$name" || { cat "$work/$name"; return 1; }
+}
+
+end_service() {
+  trap - EXIT
   kill "$service"
   wait "$service"
 }
 
-start_service() {
-  as "$1" enginemon --endpoint "{$2}" --values >"$work/service.$1" 2>&1 &
-  services+=($!)
-  for _ in $(seq 200); do grep -q ready "$work/service.$1" && return 0; sleep 0.05; done
-  cat "$work/service.$1"
-  return 1
+# While a user holds the store open, its companion files exist and belong to whoever came first.
+companions_are_shared() {
+  local first=$1
+  shift
+  serve "$first" "companions.$first" --endpoint "{$endpoint}" --values
+  test -e "$TONALYX_ROOT/registry.db-wal"
+  folder_is_open
+  everybody_edits "$@"
+  end_service
 }
 
 # The change and the event that wakes the engine, as the panel makes them.
 service_hears() {
-  local service=$1 user=$2 guid=$3 value=$4 printed=$5 fifo
-  fifo="$TONALYX_ROOT/events/Global%5CVelsonaGFXPropEvent{$guid}"
+  local engine=$1 user=$2 value=$3 printed=$4
+  local fifo="$TONALYX_ROOT/events/Global%5CVelsonaGFXPropEvent{$endpoint}"
+  serve "$engine" "service.$engine" --endpoint "{$endpoint}" --values
   is "666 fifo" "$(stat -c '%a %F' "$fifo")"
   is 777 "$(stat -c %a "$TONALYX_ROOT/events")"
   write "$user" 2 Param5 "$value"
   # shellcheck disable=SC2016
   as "$user" sh -c 'printf "\1\0\0\0\0\0\0\0" >"$1"' sh "$fifo"
-  for _ in $(seq 200); do grep -q "Param5 $printed\$" "$work/service.$service" && return 0; sleep 0.05; done
-  cat "$work/service.$service"
-  return 1
+  soon grep -q "Param5 $printed\$" "$work/service.$engine" ||
+    { cat "$work/service.$engine"; return 1; }
+  end_service
 }
 
 # The panel's own start: the lock is each user's, the log everybody's.
 both_start_the_panel() {
-  as "$bert" laptopctl "$TONALYX_LAPTOP" show >/dev/null
   as "$anna" tonalyx /init
   as "$bert" tonalyx /init
   is 666 "$(stat -c %a "$TONALYX_ROOT/Velsona.txt")"
@@ -112,15 +128,11 @@ expect "two users and the system edit one store" everybody_edits $anna $bert $ro
 expect "folder and files are open to everyone" folder_is_open
 for first in $anna $root; do
   expect "user $first holds the store open, the others edit it" \
-    companions_are_shared $first $bert $anna $root
+    companions_are_shared "$first" $bert $anna $root
 done
 
-expect "a service of the system starts" start_service $root 00000000-0000-0000-0000-00000000000A
-expect "a service of another user starts" start_service $bert 00000000-0000-0000-0000-00000000000B
-expect "a user's edit reaches the system's service" \
-  service_hears $root $anna 00000000-0000-0000-0000-00000000000A 0000803F 1
-expect "a user's edit reaches another user's service" \
-  service_hears $bert $anna 00000000-0000-0000-0000-00000000000B 00000040 2
+expect "a user's edit reaches the system's service" service_hears $root $anna 0000803F 1
+expect "a user's edit reaches another user's service" service_hears $bert $anna 00000040 2
 
 export TONALYX_LAPTOP=$work/laptop.json
 (umask 022 && "$work/bin/laptopctl" "$TONALYX_LAPTOP" new standard)
