@@ -1,8 +1,9 @@
 // Two-dimensional drawing into bitmaps and windows, in the original platform's vocabulary: images,
 // pens, brushes, paths and text, with its rules for pixel positions and string margins.
 //
-// Everything here belongs to the user-interface thread. Drawing never fails loudly: what cannot be
-// drawn is left out.
+// Everything here belongs to the user-interface thread, except that another thread may decode a
+// bitmap, and draw images onto it, before it hands it over. Drawing never fails loudly: what cannot
+// be drawn is left out.
 #pragma once
 
 #include <cstddef>

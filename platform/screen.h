@@ -10,7 +10,7 @@ struct ScreenDpi {
   std::uint32_t y;
 };
 
-// User-interface thread.
+// Stays what it was when the user-interface session began. Any thread while that lives.
 ScreenDpi GetScreenDpi();
 
 }  // namespace platform

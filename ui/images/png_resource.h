@@ -10,7 +10,7 @@ namespace ui {
 
 // Loads the PNG resource `id`, drawn for `designDpi` dots per inch, scaled once to the screen, so
 // that it can be drawn at one-to-one pixel size from then on. Nothing when there is no such
-// resource or it does not decode. User-interface thread.
+// resource or it does not decode. Any thread.
 std::optional<platform::Bitmap> LoadPngResource(std::uint16_t id, float designDpi);
 
 // Pixels that `stored` pixels drawn for `designDpi` take on a screen of `screenDpi`; 0 when that is

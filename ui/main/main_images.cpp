@@ -1,6 +1,7 @@
 #include "ui/main/main_images.h"
 
 #include <cstdint>
+#include <future>
 
 #include "resources/resource_ids.h"
 #include "ui/images/png_resource.h"
@@ -56,8 +57,10 @@ MainImages MainImages::Load(Skin skin) {
   const SkinIds& ids = skin == Skin::Standard ? kStandardIds : kDavrinIds;
   const float designDpi = skin == Skin::Standard ? kStandardDesignDpi : kDavrinDesignDpi;
 
+  // The background takes about as long as all the rest.
+  std::future<Image> background =
+      std::async(std::launch::async, LoadPngResource, ids.background, designDpi);
   MainImages images;
-  images.background = LoadPngResource(ids.background, designDpi);
   std::uint16_t id = ids.modes;
   for (ModeImages& mode : images.modes) {
     for (Image& look : mode.looks) look = LoadPngResource(id++, designDpi);
@@ -68,6 +71,7 @@ MainImages MainImages::Load(Skin skin) {
   images.advanced = LoadPair(ids.advanced, designDpi);
   // The maker's logo is the same artwork in both skins.
   images.makerLogo = LoadPair(kMakerLogoIds, kStandardDesignDpi);
+  images.background = background.get();
   return images;
 }
 

@@ -31,7 +31,7 @@ struct ModeImages {
 
 // Each image may be missing; it is then not drawn.
 struct MainImages {
-  // All images of `skin`, scaled to the screen. User-interface thread.
+  // All images of `skin`, scaled to the screen. Any thread.
   static MainImages Load(Skin skin);
 
   ElementSizes Sizes() const;

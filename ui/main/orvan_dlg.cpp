@@ -1,6 +1,7 @@
 #include "ui/main/orvan_dlg.h"
 
 #include <array>
+#include <future>
 #include <string_view>
 #include <utility>
 
@@ -61,10 +62,12 @@ LResult COrvanDlg::OnInitDialog(WParam wParam, LParam lParam) {
   Dialog::WindowProc(platform::message::kInitDialog, wParam, lParam);
   const Skin skin = model_.davrinModel ? Skin::Davrin : Skin::Standard;
   SetText(kWindowTitle);
-  composer_.emplace(skin, platform::GetScreenDpi().x / 96.0, MainImages::Load(skin));
-  Resize(composer_->Size());
-  // Evaluates the warning before the first picture.
+  // Nothing needs the images before the window is sized and drawn, so they are decoded while the
+  // registration, which evaluates the warning before the first picture, lets an endpoint settle.
+  std::future<MainImages> images = std::async(std::launch::async, MainImages::Load, skin);
   notificationClient_.Register();
+  composer_.emplace(skin, platform::GetScreenDpi().x / 96.0, images.get());
+  Resize(composer_->Size());
   LoadActiveMode();
   DrawSkin();
   SetIcon(resources::kApplicationIcon);
