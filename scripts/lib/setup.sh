@@ -28,12 +28,16 @@ install_packages() {
 
 # build_preset PRESET [TARGET...]
 build_preset() {
-  local preset=$1 folder="$top/build"
+  local preset=$1 folder="$top/build" log
   shift
   [ "$preset" = release ] || folder="$top/build/$preset"
-  (cd "$top" && cmake --preset "$preset" >"/tmp/tonalyx-cmake-$$.log" 2>&1) ||
-    { cat "/tmp/tonalyx-cmake-$$.log"; return 1; }
-  rm -f "/tmp/tonalyx-cmake-$$.log"
+  log=$(mktemp)
+  if ! (cd "$top" && cmake --preset "$preset" >"$log" 2>&1); then
+    cat "$log"
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
   if [ $# = 0 ]; then
     cmake --build "$folder"
   else
