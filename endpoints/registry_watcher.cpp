@@ -6,6 +6,7 @@
 #include "endpoints/enumeration.h"
 #include "endpoints/route_detection.h"
 #include "platform/com_apartment.h"
+#include "platform/jack_state.h"
 #include "platform/text.h"
 #include "store/active_mode.h"
 #include "store/path_key.h"
@@ -30,7 +31,7 @@ class WatchLoop {
         audioDevices_(audioDevices),
         context_(context),
         hints_{OpenForReading(registry, store::kProductKey),
-               OpenForReading(registry, store::FxPropertiesKeyPath(context.endpointGuid)),
+               OpenForReading(registry, platform::JackKeyPath(context.endpointGuid)),
                FindSstHeadsetKey(registry)},
         outputPath_(context.outputPath),
         settingIndex_(context.settingIndex) {}

@@ -6,11 +6,13 @@
 #include <string>
 #include <utility>
 
+#include "platform/jack_state.h"
 #include "store/registry_layout.h"
 
 namespace endpoints {
 namespace {
 
+using platform::JackProperty;
 using platform::Registry;
 using platform::RegistryKey;
 using platform::RegistryRoot;
@@ -19,12 +21,6 @@ using platform::RegistryType;
 
 constexpr std::u16string_view kHeadsetStatus = u"HeadsetStatus";
 constexpr std::u16string_view kSstDriver = u"isstrtc.sys";
-
-// The driver's jack values; what else they mean is the driver's own affair.
-constexpr std::u16string_view kJackSpeaker = u"{1496451E-75E5-484F-9914-A9F246BC960F},6";
-constexpr std::u16string_view kJackSubwoofer = u"{1496451E-75E5-484F-9914-A9F246BC960F},20";
-constexpr std::u16string_view kJackHeadphone = u"{1496451E-75E5-484F-9914-A9F246BC960F},4";
-constexpr std::u16string_view kJackHeadset = u"{1496451E-75E5-484F-9914-A9F246BC960F},1";
 
 std::unique_ptr<RegistryKey> OpenForReading(Registry& registry, std::u16string_view path) {
   return registry.OpenKey(RegistryRoot::LocalMachine, path, store::kReadAccess);
@@ -36,6 +32,11 @@ std::optional<std::uint32_t> QueryNumber(RegistryKey& key, std::u16string_view n
   std::uint32_t size = sizeof(value);
   if (key.QueryValue(name, type, &value, &size) != RegistryStatus::Success) return std::nullopt;
   return value;
+}
+
+// Whatever its type: the value is the driver's own.
+std::optional<std::uint32_t> QueryJack(RegistryKey& fxProperties, JackProperty property) {
+  return QueryNumber(fxProperties, platform::JackValueName(property));
 }
 
 void ApplyStoreHint(RegistryKey& productKey, OutputPath& path) {
@@ -55,25 +56,25 @@ void ApplySstStatus(RegistryKey& headsetKey, OutputPath& path) {
 void ApplyJackState(RegistryKey& fxProperties, OutputPath& path) {
   bool found = false;
   bool decided = false;
-  if (const auto speaker = QueryNumber(fxProperties, kJackSpeaker)) {
+  if (const auto speaker = QueryJack(fxProperties, JackProperty::Speaker)) {
     found = true;
     if (*speaker != 0) {
       decided = true;
       path = OutputPath::InternalSpeaker;
-      if (QueryNumber(fxProperties, kJackSubwoofer).value_or(0) != 0) {
+      if (QueryJack(fxProperties, JackProperty::Subwoofer).value_or(0) != 0) {
         path = OutputPath::SpeakerWithSubwoofer;
       }
     }
   }
-  if (const auto headphone = QueryNumber(fxProperties, kJackHeadphone)) {
+  if (const auto headphone = QueryJack(fxProperties, JackProperty::Headphone)) {
     found = true;
     if (*headphone == 1) {
       decided = true;
       path = OutputPath::Headphone;
     }
   }
-  if (const auto headset = QueryNumber(fxProperties, kJackHeadset)) {
-    if (*headset == 1) {
+  if (const auto other = QueryJack(fxProperties, JackProperty::OtherHeadphone)) {
+    if (*other == 1) {
       path = OutputPath::Headphone;
     } else if (!decided) {
       path = OutputPath::LineOut;
@@ -106,8 +107,7 @@ OutputPath DetectOutputPath(Registry& registry, std::u16string_view endpointGuid
   if (const auto headsetKey = FindSstHeadsetKey(registry)) {
     ApplySstStatus(*headsetKey, path);
   }
-  if (const auto fxProperties =
-          OpenForReading(registry, store::FxPropertiesKeyPath(endpointGuid))) {
+  if (const auto fxProperties = OpenForReading(registry, platform::JackKeyPath(endpointGuid))) {
     ApplyJackState(*fxProperties, path);
   }
   return path;

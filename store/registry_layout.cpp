@@ -70,11 +70,6 @@ std::u16string SettingKeyPath(Tree tree, std::u16string_view pathKey, std::u16st
               u"\\Settings\\", setting);
 }
 
-std::u16string FxPropertiesKeyPath(std::u16string_view endpointGuid) {
-  return Join(u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\MMDevices\\Audio\\Render\\",
-              endpointGuid, u"\\FxProperties");
-}
-
 std::u16string_view ParameterName(std::size_t number) {
   const Name& name = kNames[number - 1];
   return {name.text.data(), name.length};

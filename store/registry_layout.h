@@ -41,9 +41,6 @@ std::u16string SettingsKeyPath(std::u16string_view pathKey);
 // The key of one setting; `setting` is the text of its number.
 std::u16string SettingKeyPath(Tree tree, std::u16string_view pathKey, std::u16string_view setting);
 
-// The effect properties of an endpoint, which the audio driver maintains.
-std::u16string FxPropertiesKeyPath(std::u16string_view endpointGuid);
-
 // Parameters of a setting, numbered from 1.
 inline constexpr std::size_t kParameterCount = 1114;
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/fake/fake_registry.h"
+#include "platform/jack_state.h"
 #include "store/active_mode.h"
 #include "store/registry_layout.h"
 #include "tests/endpoints/endpoint_builder.h"
@@ -67,7 +68,7 @@ class RegistryWatcherTest : public testing::Test {
   }
 
   void SetJack(const std::u16string& number, std::uint32_t value) {
-    support::PutDword(registry_, store::FxPropertiesKeyPath(kGuid), kJackPrefix + number, value);
+    support::PutDword(registry_, platform::JackKeyPath(kGuid), kJackPrefix + number, value);
   }
 
   void SetActive(const std::u16string& route, const std::u16string& setting) {
@@ -172,8 +173,8 @@ TEST_F(RegistryWatcherTest, KeepsTheIndexWhileARouteHasNoSettings) {
 }
 
 TEST_F(RegistryWatcherTest, SstDriverAndHintWakeTooWhereThereIsNoJackState) {
-  static_cast<void>(registry_.RemoveTree(platform::RegistryRoot::LocalMachine,
-                                         store::FxPropertiesKeyPath(kGuid)));
+  static_cast<void>(
+      registry_.RemoveTree(platform::RegistryRoot::LocalMachine, platform::JackKeyPath(kGuid)));
   const std::u16string device = std::u16string(store::kMediaClassKey) + u"\\0000";
   support::PutText(registry_, device, u"Driver", u"isstrtc.sys");
   support::PutDword(registry_, device + u"\\HeadsetStatus", u"HeadsetStatus", 2);

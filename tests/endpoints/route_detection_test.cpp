@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/fake/fake_registry.h"
+#include "platform/jack_state.h"
 #include "store/registry_layout.h"
 #include "tests/support/registry_tree.h"
 
@@ -75,7 +76,7 @@ TEST(RouteDetection, JackStateBeatsSstFlagBeatsHint) {
     }
     if (c.sst) AddSstDevice(registry, u"0003", u"isstrtc.sys", c.sst);
     for (const auto& [number, value] : c.jack) {
-      support::PutDword(registry, store::FxPropertiesKeyPath(kGuid), kJackPrefix + number, value);
+      support::PutDword(registry, platform::JackKeyPath(kGuid), kJackPrefix + number, value);
     }
     EXPECT_EQ(DetectOutputPath(registry, kGuid), c.expected);
     EXPECT_EQ(DetectOutputPath(registry, u""),
@@ -102,7 +103,7 @@ TEST(RouteDetection, SizesCountButOnlyTheSstFlagHasAType) {
   support::PutValue(registry, headset, u"HeadsetStatus", RegistryType::Binary, one);
   EXPECT_EQ(DetectOutputPath(registry, kGuid), OutputPath::InternalSpeaker);
 
-  support::PutValue(registry, store::FxPropertiesKeyPath(kGuid), kJackPrefix + u"4",
+  support::PutValue(registry, platform::JackKeyPath(kGuid), kJackPrefix + u"4",
                     RegistryType::Binary, one);
   EXPECT_EQ(DetectOutputPath(registry, kGuid), OutputPath::Headphone);
 }
