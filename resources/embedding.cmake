@@ -17,7 +17,7 @@ function(tonalyx_embed type id file)
   string(APPEND embedded_assembly ".balign 8\n.globl ${symbol}, ${symbol}_end\n${symbol}:\n"
     ".incbin \"${file}\"\n${symbol}_end:\n.byte 0\n")
   string(APPEND embedded_declarations
-    "extern \"C\" const std::byte ${symbol}[], ${symbol}_end[]\;\n")
+    "extern \"C\" const std::byte ${symbol}[], ${symbol}_end[];\n")
   string(APPEND embedded_rows
     "EmbeddedFile{ResourceType::${type}, ${id}, ${symbol}, ${symbol}_end},\n")
   set(embedded_assembly "${embedded_assembly}" PARENT_SCOPE)
