@@ -20,8 +20,10 @@ bool IsClickKey(const QKeyEvent& event) {
 
 ControlWindow::ControlWindow(Window& window, NativeWindow& parent, const DialogControl& control)
     : NativeWindow(window, &parent, Qt::Widget, control.id), text_(control.text) {
-  // Buttons draw onto what the dialog shows under them.
-  setAttribute(Qt::WA_OpaquePaintEvent, !IsButton(control.kind));
+  // Push buttons draw onto what the dialog shows under them; the others cover their whole area,
+  // which spares painting the dialog for each of their changes.
+  const bool covers = control.kind == ControlKind::Custom || control.kind == ControlKind::CheckBox;
+  setAttribute(Qt::WA_OpaquePaintEvent, covers);
   setAttribute(Qt::WA_NoSystemBackground);
   setFocusPolicy(IsButton(control.kind) ? Qt::StrongFocus : Qt::NoFocus);
 }

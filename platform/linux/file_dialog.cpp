@@ -1,4 +1,5 @@
 #include <QFileDialog>
+#include <QLineEdit>
 #include <algorithm>
 
 #include "platform/linux/file_filter.h"
@@ -13,6 +14,14 @@ namespace {
 QString WithoutDot(std::u16string_view extension) {
   const QString text = ToQString(extension);
   return text.startsWith(QLatin1Char('.')) ? text.mid(1) : text;
+}
+
+// The list of completions comes up some time after the typing and then takes the Enter key that was
+// meant for the dialog.
+void WithoutCompletion(const QFileDialog& dialog) {
+  if (auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
+    name->setCompleter(nullptr);
+  }
 }
 
 // The extension that a typed name without one gets: the chosen filter's, else the default one. The
@@ -48,6 +57,7 @@ std::optional<std::u16string> ShowFileDialog(WindowHandle owner, FileDialogKind 
   } else {
     dialog.setFileMode(QFileDialog::ExistingFile);
   }
+  WithoutCompletion(dialog);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return dialog.selectedFiles().constFirst().toStdU16String();
 }
