@@ -55,8 +55,9 @@ QFont ToolkitFont(std::u16string_view family, int points) {
 void ApplyTheme() {
   QApplication::setPalette(DarkPalette());
   QApplication::setFont(ToolkitFont(u"Calibri", 11));
-  // The application owns its style. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
-  QApplication::setStyle(new PlainButtons(QStringLiteral("Fusion")));
+  auto* style = new PlainButtons(QStringLiteral("Fusion"));
+  style->setParent(qApp);
+  QApplication::setStyle(style);
 }
 
 }  // namespace platform

@@ -74,6 +74,7 @@ LResult NotingDialog::WindowProc(std::uint32_t message, WParam wParam, LParam lP
       return 1;
     case message::kEraseBackground: {
       log.Add("dialog: erase");
+      // NOLINTNEXTLINE(performance-no-int-to-ptr)
       auto* background = reinterpret_cast<Bitmap*>(wParam);
       if (background == nullptr) return 1;
       erasedSize = {background->Width(), background->Height()};

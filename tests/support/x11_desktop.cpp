@@ -50,7 +50,9 @@ struct X11Desktop::Impl {
   std::vector<Window> WindowList(const char* property) const {
     const std::string bytes = Bytes(root, property, XA_WINDOW);
     std::vector<Window> windows(bytes.size() / sizeof(long));
-    std::memcpy(windows.data(), bytes.data(), windows.size() * sizeof(long));
+    if (!windows.empty()) {
+      std::memcpy(windows.data(), bytes.data(), windows.size() * sizeof(long));
+    }
     return windows;
   }
 
