@@ -21,8 +21,6 @@ using platform::RegistryType;
 constexpr std::u16string_view kVendorAccessList =
     u"D:(A;OICI;KA;;;BU)(A;OICI;KA;;;AU)(A;OICI;KA;;;BA)";
 
-constexpr std::u16string_view kDefaultSetting = u"2";
-
 std::unique_ptr<RegistryKey> OpenKey(Registry& registry, std::u16string_view path,
                                      RegistryAccess access) {
   return registry.OpenKey(RegistryRoot::LocalMachine, path, access);

@@ -29,6 +29,9 @@ inline constexpr std::u16string_view kMediaClassKey =
 inline constexpr std::u16string_view kHardwareOutputPathValue = u"HardwareOutputPath";
 inline constexpr std::u16string_view kActiveSettingValue = u"ActiveSetting";
 
+// The setting that counts as active where "ActiveSetting" cannot be read.
+inline constexpr std::u16string_view kDefaultSetting = u"2";
+
 // Buffer for the text of "ActiveSetting", in UTF-16 units.
 inline constexpr std::size_t kActiveSettingCapacity = 100;
 
