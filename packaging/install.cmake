@@ -40,6 +40,7 @@ endforeach()
 install(FILES ${icons}/tonalyx.svg DESTINATION ${hicolor}/scalable/apps)
 
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}
-  FILES_MATCHING PATTERN "*.md" PATTERN man EXCLUDE)
+  FILES_MATCHING PATTERN "*.md" PATTERN man EXCLUDE PATTERN images EXCLUDE)
 install(FILES ${CMAKE_SOURCE_DIR}/resources/samples/sample.json
+  ${CMAKE_SOURCE_DIR}/docs/examples/engine.c
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)

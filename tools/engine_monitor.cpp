@@ -1,13 +1,12 @@
 #include "tools/engine_monitor.h"
 
 #include <algorithm>
-#include <ostream>
 #include <utility>
 
-#include "platform/text.h"
 #include "store/event_names.h"
 
 namespace tools {
+
 std::vector<std::u16string> EngineEventNames(const std::vector<std::u16string>& endpointGuids) {
   std::vector<std::u16string> names;
   for (const std::u16string& guid : endpointGuids) {
@@ -20,8 +19,8 @@ std::vector<std::u16string> EngineEventNames(const std::vector<std::u16string>& 
   return names;
 }
 
-EngineMonitor::EngineMonitor(platform::EventListener& listener, std::ostream& output, Look look)
-    : listener_(listener), output_(output), look_(std::move(look)) {}
+EngineMonitor::EngineMonitor(platform::EventListener& listener, MonitorReport& report, Look look)
+    : listener_(listener), report_(report), look_(std::move(look)) {}
 
 std::u16string EngineMonitor::MakeEvents(std::vector<std::u16string> names) {
   for (const std::u16string& name : names) {
@@ -31,15 +30,14 @@ std::u16string EngineMonitor::MakeEvents(std::vector<std::u16string> names) {
   return {};
 }
 
-bool EngineMonitor::PrintSets(std::chrono::milliseconds timeout) {
+void EngineMonitor::ReportSets(std::chrono::milliseconds timeout) {
   bool hasLooked = false;
   for (const platform::EventSet& set : listener_.Wait(timeout)) {
-    output_ << platform::ToUtf8(names_[set.event]) << std::endl;
+    report_.Event(names_[set.event], set.time);
     // All that came in together was written before this first look.
-    if (!hasLooked) look_(output_);
+    if (!hasLooked) look_(report_);
     hasLooked = true;
   }
-  return output_.good();
 }
 
 }  // namespace tools

@@ -3,12 +3,11 @@
 
 #include <chrono>
 #include <functional>
-#include <iosfwd>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/event_listener.h"
+#include "tools/monitor_report.h"
 
 namespace tools {
 
@@ -18,23 +17,22 @@ std::vector<std::u16string> EngineEventNames(const std::vector<std::u16string>& 
 
 class EngineMonitor {
  public:
-  // Called when events were set, after the first of them was printed.
-  using Look = std::function<void(std::ostream& output)>;
+  // Called when events were set, after the first of them was reported.
+  using Look = std::function<void(MonitorReport& report)>;
 
-  // `output` gets one line for each set, flushed at once.
-  EngineMonitor(platform::EventListener& listener, std::ostream& output, Look look);
+  EngineMonitor(platform::EventListener& listener, MonitorReport& report, Look look);
 
   // Makes the events; the first one that cannot be made ends the attempt and is the result, which
   // is empty when all were made.
   std::u16string MakeEvents(std::vector<std::u16string> names);
 
-  // Prints what comes in until `timeout` has passed or the listener was interrupted. False when the
-  // output is gone.
-  bool PrintSets(std::chrono::milliseconds timeout);
+  // Waits until events are set, `timeout` has passed or the listener was interrupted; reports every
+  // set.
+  void ReportSets(std::chrono::milliseconds timeout);
 
  private:
   platform::EventListener& listener_;
-  std::ostream& output_;
+  MonitorReport& report_;
   Look look_;
   std::vector<std::u16string> names_;
 };

@@ -6,7 +6,6 @@
 #include <atomic>
 #include <charconv>
 #include <chrono>
-#include <cstdio>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -22,7 +21,9 @@
 #include "platform/linux/state_folder.h"
 #include "platform/text.h"
 #include "tools/engine_monitor.h"
+#include "tools/monitor_report.h"
 #include "tools/parameter_watch.h"
+#include "tools/route_watch.h"
 
 namespace {
 
@@ -34,7 +35,7 @@ constexpr int kFailed = 1;
 constexpr int kWrongCall = 2;
 
 constexpr std::string_view kUsage =
-    R"(usage: enginemon [--endpoint GUID]... [--seconds N] [--values]
+    R"(usage: enginemon [--endpoint GUID]... [--seconds N] [--values|--units|--json]
 
 Plays the audio engine's part: makes the engine's events, prints "ready", then a
 line for each event that is set, in the order in which they were set.
@@ -44,6 +45,10 @@ line for each event that is set, in the order in which they were set.
   --seconds N       end after N seconds
   --values          after an event, print the parameters that changed:
                     path key, setting, name, value
+  --units           after "ready" and after an event, print for reading what
+                    changed: the default endpoint's route, active settings, and
+                    parameters with their meaning in Hz, dB, Q
+  --json            the same as lines of JSON, "ready" and the events too
   --help            print this
 
 SIGINT and SIGTERM end it too. The exit status is 0, 1 when another listener
@@ -51,11 +56,12 @@ holds an event or the output is gone, 2 for a wrong call.
 )";
 
 struct Options {
-  enum class Values { Hidden, Shown };
+  enum class Store { Hidden, Shown };
 
   std::vector<std::u16string> endpoints;
   std::optional<milliseconds> duration;
-  Values values = Values::Hidden;
+  Store store = Store::Hidden;
+  tools::ReportForm form = tools::ReportForm::Plain;
 };
 
 std::optional<milliseconds> ParseSeconds(std::string_view text) {
@@ -74,12 +80,23 @@ std::optional<Options> WrongCall(const std::string& reason) {
   return std::nullopt;
 }
 
+std::optional<tools::ReportForm> FormOfOption(std::string_view option) {
+  if (option == "--values") return tools::ReportForm::Plain;
+  if (option == "--units") return tools::ReportForm::Units;
+  if (option == "--json") return tools::ReportForm::Json;
+  return std::nullopt;
+}
+
 std::optional<Options> ParseOptions(const std::vector<std::string>& arguments) {
   Options options;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& option = arguments[i];
-    if (option == "--values") {
-      options.values = Options::Values::Shown;
+    if (const auto form = FormOfOption(option)) {
+      if (options.store == Options::Store::Shown && options.form != *form) {
+        return WrongCall("one of --values, --units and --json excludes the others");
+      }
+      options.store = Options::Store::Shown;
+      options.form = *form;
       continue;
     }
     if (option != "--endpoint" && option != "--seconds") {
@@ -138,15 +155,28 @@ std::vector<std::u16string> PresentEndpoints(platform::AudioDevices& audioDevice
   return guids;
 }
 
-void PrintChanges(const std::vector<tools::ChangedParameter>& changes, std::ostream& output) {
-  for (const tools::ChangedParameter& change : changes) {
-    char value[32];
-    std::snprintf(value, sizeof(value), "%.9g", static_cast<double>(change.value));
-    output << "  " << platform::ToUtf8(change.pathKey) << ' ' << platform::ToUtf8(change.setting)
-           << " Param" << change.number << ' ' << value << '\n';
+// What the events are about: the store's parameters and active settings, and the route.
+class StoreView {
+ public:
+  explicit StoreView(platform::Platform& platform)
+      : parameters_(platform.registry), route_(platform.registry, platform.audioDevices) {}
+
+  void ReportState(tools::MonitorReport& report) {
+    if (const auto pathKey = route_.Look()) report.Route(*pathKey);
+    for (const auto& setting : parameters_.ActiveSettings()) report.Setting(setting);
   }
-  output.flush();
-}
+
+  void ReportChanges(tools::MonitorReport& report) {
+    if (const auto pathKey = route_.Look()) report.Route(*pathKey);
+    const tools::StoreChanges changes = parameters_.Look();
+    for (const auto& setting : changes.activeSettings) report.Setting(setting);
+    for (const auto& change : changes.parameters) report.Parameter(change);
+  }
+
+ private:
+  tools::ParameterWatch parameters_;
+  tools::RouteWatch route_;
+};
 
 int Run(const Options& options) {
   platform::FifoEventListener listener(platform::StateFolder() / "events");
@@ -154,12 +184,11 @@ int Run(const Options& options) {
   platform::Host host;
   platform::Platform& platform = host.Get();
 
-  tools::EngineMonitor::Look look = [](std::ostream&) {};
-  std::optional<tools::ParameterWatch> watch;
-  if (options.values == Options::Values::Shown) {
-    look = [&watch](std::ostream& output) { PrintChanges(watch->Look(), output); };
-  }
-  tools::EngineMonitor monitor(listener, std::cout, std::move(look));
+  const auto report = tools::MakeReport(options.form, std::cout);
+  std::optional<StoreView> view;
+  tools::EngineMonitor monitor(listener, *report, [&view](tools::MonitorReport& changes) {
+    if (view) view->ReportChanges(changes);
+  });
   const std::u16string refused = monitor.MakeEvents(tools::EngineEventNames(
       options.endpoints.empty() ? PresentEndpoints(platform.audioDevices) : options.endpoints));
   if (!refused.empty()) {
@@ -167,8 +196,9 @@ int Run(const Options& options) {
               << ": another listener holds it, or it cannot be made\n";
     return kFailed;
   }
-  if (options.values == Options::Values::Shown) watch.emplace(platform.registry);
-  std::cout << "ready" << std::endl;
+  if (options.store == Options::Store::Shown) view.emplace(platform);
+  report->Ready();
+  if (view) view->ReportState(*report);
 
   const Clock::time_point begin = Clock::now();
   constexpr std::chrono::hours kLongWait(24);
@@ -178,7 +208,8 @@ int Run(const Options& options) {
       left = std::chrono::ceil<milliseconds>(begin + *options.duration - Clock::now());
       if (left <= milliseconds::zero()) break;
     }
-    if (!monitor.PrintSets(left)) return kFailed;
+    monitor.ReportSets(left);
+    if (!std::cout) return kFailed;
   }
   return kDone;
 }

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string_view>
 
+#include "platform/text.h"
+#include "store/active_mode.h"
 #include "store/registry_layout.h"
 
 namespace tools {
@@ -60,33 +62,52 @@ std::map<std::uint32_t, std::uint32_t> ReadParameters(RegistryKey& key) {
 
 ParameterWatch::ParameterWatch(platform::Registry& registry) : registry_(registry), last_(Read()) {}
 
-std::map<ParameterWatch::Place, ParameterWatch::Parameters> ParameterWatch::Read() const {
+ParameterWatch::State ParameterWatch::Read() const {
   const std::unique_ptr<platform::RegistryScope> scope = registry_.BeginRead();
-  std::map<Place, Parameters> places;
+  State state;
   const std::u16string parametersPath = std::u16string(store::kProductKey) + u"\\Parameters";
   for (const std::u16string& pathKey : SubKeys(registry_, parametersPath)) {
+    const auto settingsKey = OpenKey(registry_, store::SettingsKeyPath(pathKey));
+    if (!settingsKey) continue;
+    state.active[pathKey] =
+        store::QueryActiveSetting(*settingsKey).value_or(std::u16string(store::kDefaultSetting));
     for (const std::u16string& setting : SubKeys(registry_, store::SettingsKeyPath(pathKey))) {
       const std::unique_ptr<RegistryKey> key =
           OpenKey(registry_, store::SettingKeyPath(store::Tree::Parameters, pathKey, setting));
-      if (key) places.emplace(Place{pathKey, setting}, ReadParameters(*key));
+      if (key) state.parameters.emplace(Place{pathKey, setting}, ReadParameters(*key));
     }
   }
-  return places;
+  return state;
 }
 
-std::vector<ChangedParameter> ParameterWatch::Look() {
-  std::map<Place, Parameters> now = Read();
-  std::vector<ChangedParameter> changes;
-  for (const auto& [place, parameters] : now) {
-    const Parameters& before = last_[place];
+StoreChanges ParameterWatch::Look() {
+  State now = Read();
+  StoreChanges changes;
+  for (const auto& [pathKey, setting] : now.active) {
+    const auto known = last_.active.find(pathKey);
+    if (known != last_.active.end() && known->second == setting) continue;
+    changes.activeSettings.push_back({pathKey, setting});
+  }
+  for (const auto& [place, parameters] : now.parameters) {
+    const auto& [pathKey, setting] = place;
+    const bool isActive = platform::CompareIgnoreCase(now.active[pathKey], setting) == 0;
+    const Parameters& before = last_.parameters[place];
     for (const auto& [number, bits] : parameters) {
       const auto known = before.find(number);
       if (known != before.end() && known->second == bits) continue;
-      changes.push_back({place.first, place.second, number, std::bit_cast<float>(bits)});
+      changes.parameters.push_back(
+          {pathKey, setting, number, std::bit_cast<float>(bits),
+           isActive ? ChangedParameter::State::Active : ChangedParameter::State::Idle});
     }
   }
   last_ = std::move(now);
   return changes;
+}
+
+std::vector<ActiveSetting> ParameterWatch::ActiveSettings() const {
+  std::vector<ActiveSetting> settings;
+  for (const auto& [pathKey, setting] : last_.active) settings.push_back({pathKey, setting});
+  return settings;
 }
 
 }  // namespace tools

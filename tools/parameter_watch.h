@@ -1,4 +1,4 @@
-// What changed among the engine's parameters since the last look.
+// What changed among the engine's parameters and active settings since the last look.
 #pragma once
 
 #include <cstdint>
@@ -11,11 +11,25 @@
 
 namespace tools {
 
+struct ActiveSetting {
+  std::u16string pathKey;
+  std::u16string setting;
+};
+
 struct ChangedParameter {
+  enum class State { Active, Idle };
+
   std::u16string pathKey;
   std::u16string setting;
   std::uint32_t number;
   float value;
+  State state;  // whether the setting is its route's active one
+};
+
+// Both by route, the parameters then by setting and number.
+struct StoreChanges {
+  std::vector<ActiveSetting> activeSettings;
+  std::vector<ChangedParameter> parameters;
 };
 
 // Sees every setting of every route. A parameter that is new has changed too; one that is gone has
@@ -25,17 +39,24 @@ class ParameterWatch {
   // Takes the state of the registry as the one that changes are told against.
   explicit ParameterWatch(platform::Registry& registry);
 
-  // By route, setting and parameter number.
-  std::vector<ChangedParameter> Look();
+  StoreChanges Look();
+
+  // Of every route, as of the last look.
+  std::vector<ActiveSetting> ActiveSettings() const;
 
  private:
   using Place = std::pair<std::u16string, std::u16string>;    // path key, setting
   using Parameters = std::map<std::uint32_t, std::uint32_t>;  // number to the float's bits
 
-  std::map<Place, Parameters> Read() const;
+  struct State {
+    std::map<std::u16string, std::u16string> active;  // path key to setting
+    std::map<Place, Parameters> parameters;
+  };
+
+  State Read() const;
 
   platform::Registry& registry_;
-  std::map<Place, Parameters> last_;
+  State last_;
 };
 
 }  // namespace tools

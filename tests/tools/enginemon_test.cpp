@@ -68,6 +68,21 @@ class EnginemonTest : public testing::Test {
                   std::as_bytes(std::span(&value, 1)));
   }
 
+  // The hint that decides the route where no driver tells it.
+  void SetHint(std::uint32_t path) {
+    const auto key = registry_.CreateKey(platform::RegistryRoot::LocalMachine, store::kProductKey,
+                                         store::kWriteAccess);
+    ASSERT_TRUE(key);
+    key->SetValue(store::kHardwareOutputPathValue, platform::RegistryType::Dword,
+                  std::as_bytes(std::span(&path, 1)));
+  }
+
+  static std::vector<std::string> ReadLines(ChildProcess& process, std::size_t count) {
+    std::vector<std::string> lines(count);
+    for (std::string& line : lines) line = process.ReadLine(seconds(10)).value_or("nothing came");
+    return lines;
+  }
+
   std::size_t FifoCount() const {
     const auto entries = fs::directory_iterator(root_ / "events");
     return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
@@ -160,15 +175,45 @@ TEST_F(EnginemonTest, ShowsTheValuesThatChanged) {
   EXPECT_THAT(monitor->ReadLinesUntilQuiet(milliseconds(300)), ElementsAre(event));
 }
 
+TEST_F(EnginemonTest, ShowsRouteSettingAndUnits) {
+  std::ofstream(temporary_.Path() / "laptop.json")
+      << R"({"devices": [], "defaultEndpoint": "a", "endpoints": [{"id": "a", "guid": ")"
+      << kActiveGuid << R"(", "jackSubType": "{dff21ce1-f70f-11d0-b917-00a0c9223196}"}]})";
+  SetHint(1);
+  SetParameter(121, 1.0F);
+  const auto people = Start({"--units"});
+  EXPECT_THAT(ReadLines(*people, 3),
+              ElementsAre("ready", "  route: speaker", "  speaker: active setting 2"));
+  SetHint(2);
+  SetParameter(121, 0.5F);
+  const std::string event = std::string("Global\\VelsonaGFXPropEvent") + kActiveGuid;
+  ASSERT_TRUE(Set(event));
+  const std::vector<std::string> shown = {
+      event, "  route: headphones", "  speaker, setting 2 (active): Param121 band 1 gain -6.02 dB"};
+  EXPECT_EQ(ReadLines(*people, 3), shown);
+  ASSERT_TRUE(Set(event));
+  EXPECT_THAT(people->ReadLinesUntilQuiet(milliseconds(300)), ElementsAre(event));
+  people->Kill(SIGTERM);
+  EXPECT_EQ(people->WaitForExit(seconds(10)), 0);
+
+  const support::ProcessResult programs = Run({"--json", "--seconds", "0"});
+  EXPECT_EQ(programs.exitStatus, 0);
+  EXPECT_EQ(programs.output, R"({"kind":"ready"}
+{"kind":"route","route":"headphones","pathKey":"{DFF21CE2-F70F-11D0-B917-00A0C9223196}"}
+{"kind":"setting","route":"speaker","pathKey":"{DFF21CE1-F70F-11D0-B917-00A0C9223196}","active":"2"}
+)");
+}
+
 TEST_F(EnginemonTest, ExplainsItselfAndRefusesWrongCalls) {
   const support::ProcessResult help = Run({"--help"});
   EXPECT_EQ(help.exitStatus, 0);
   EXPECT_THAT(help.output, HasSubstr("--endpoint"));
   const std::vector<std::vector<std::string>> calls = {
-      {"--unknown"},       {"word"},
-      {"--seconds"},       {"--seconds", "-1"},
-      {"--seconds", "1x"}, {"--seconds", "nan"},
-      {"--endpoint"},      {"--endpoint", "{no guid}"}};
+      {"--unknown"},        {"word"},
+      {"--seconds"},        {"--seconds", "-1"},
+      {"--seconds", "1x"},  {"--seconds", "nan"},
+      {"--endpoint"},       {"--endpoint", "{no guid}"},
+      {"--units", "--json"}};
   for (const std::vector<std::string>& call : calls) {
     const support::ProcessResult result = Run(call);
     EXPECT_EQ(result.exitStatus, 2) << call.back();

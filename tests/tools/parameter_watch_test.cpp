@@ -8,6 +8,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "platform/fake/fake_registry.h"
 #include "platform/text.h"
@@ -38,10 +39,29 @@ class ParameterWatchTest : public testing::Test {
     SetBytes(pathKey, setting, number, std::as_bytes(std::span(&value, 1)));
   }
 
+  void SetActive(std::u16string_view pathKey, std::u16string_view setting) {
+    const std::unique_ptr<platform::RegistryKey> key = registry_.CreateKey(
+        platform::RegistryRoot::LocalMachine, store::SettingsKeyPath(pathKey), store::kWriteAccess);
+    ASSERT_TRUE(key);
+    key->SetValue(u"ActiveSetting", platform::RegistryType::String,
+                  std::as_bytes(std::span(setting)));
+  }
+
+  // Settings as "last digit of the first group, setting".
+  static std::vector<std::string> Texts(const std::vector<ActiveSetting>& settings) {
+    std::vector<std::string> lines;
+    lines.reserve(settings.size());
+    for (const ActiveSetting& setting : settings) {
+      lines.push_back(platform::ToUtf8(setting.pathKey.substr(8, 1)) + " " +
+                      platform::ToUtf8(setting.setting));
+    }
+    return lines;
+  }
+
   // The changes as "last digit of the first group, setting, number, value".
   static std::vector<std::string> Look(ParameterWatch& watch) {
     std::vector<std::string> lines;
-    for (const ChangedParameter& change : watch.Look()) {
+    for (const ChangedParameter& change : watch.Look().parameters) {
       lines.push_back(platform::ToUtf8(change.pathKey.substr(8, 1)) + " " +
                       platform::ToUtf8(change.setting) + " " + std::to_string(change.number) + " " +
                       std::to_string(change.value));
@@ -86,6 +106,25 @@ TEST_F(ParameterWatchTest, SeesAStoreThatIsMadeLater) {
   EXPECT_THAT(Look(watch), IsEmpty());
   Set(kSpeaker, u"1", 1, 1.0F);
   EXPECT_THAT(Look(watch), ElementsAre("1 1 1 1.000000"));
+}
+
+TEST_F(ParameterWatchTest, TellsActiveSettingsAndWhichParametersAreTheirs) {
+  Set(kSpeaker, u"2", 1, 1.0F);
+  Set(kHeadphones, u"3", 1, 1.0F);
+  SetActive(kHeadphones, u"3");
+  ParameterWatch watch(registry_);
+  EXPECT_THAT(Texts(watch.ActiveSettings()), ElementsAre("1 2", "2 3")) << "2 when none is named";
+  EXPECT_THAT(watch.Look().activeSettings, IsEmpty());
+
+  SetActive(kHeadphones, u"4");
+  Set(kHeadphones, u"3", 1, 2.0F);
+  Set(kHeadphones, u"4", 1, 2.0F);
+  const StoreChanges changes = watch.Look();
+  EXPECT_THAT(Texts(changes.activeSettings), ElementsAre("2 4"));
+  ASSERT_EQ(changes.parameters.size(), 2U);
+  EXPECT_EQ(changes.parameters[0].state, ChangedParameter::State::Idle);
+  EXPECT_EQ(changes.parameters[1].state, ChangedParameter::State::Active);
+  EXPECT_THAT(Texts(watch.ActiveSettings()), ElementsAre("1 2", "2 4"));
 }
 
 }  // namespace
