@@ -7,6 +7,8 @@ namespace platform {
 void RegisterCommonControls(std::uint32_t) {}
 void RegisterForRestart() {}
 DrawingSession::DrawingSession() : token_(0) {}
-DrawingSession::~DrawingSession() = default;
+DrawingSession::~DrawingSession() {
+  token_ = 0;
+}
 
 }  // namespace platform
