@@ -25,15 +25,15 @@ inline std::string TextBytes(const std::u16string& text) {
 }
 
 inline void MakeKey(platform::Registry& registry, std::u16string_view path) {
-  static_cast<void>(registry.CreateKey(platform::RegistryRoot::LocalMachine, path,
-                                       platform::kRegistryAllAccess));
+  static_cast<void>(
+      registry.CreateKey(platform::RegistryRoot::LocalMachine, path, platform::kRegistryAllAccess));
 }
 
 inline void PutValue(platform::Registry& registry, std::u16string_view path,
                      std::u16string_view name, platform::RegistryType type,
                      std::string_view bytes) {
-  const auto key = registry.CreateKey(platform::RegistryRoot::LocalMachine, path,
-                                      platform::kRegistryAllAccess);
+  const auto key =
+      registry.CreateKey(platform::RegistryRoot::LocalMachine, path, platform::kRegistryAllAccess);
   static_cast<void>(key->SetValue(name, type, std::as_bytes(std::span(bytes))));
 }
 
@@ -54,8 +54,8 @@ inline void PutFloat(platform::Registry& registry, std::u16string_view path,
 
 inline void RemoveValue(platform::Registry& registry, std::u16string_view path,
                         std::u16string_view name) {
-  const auto key = registry.OpenKey(platform::RegistryRoot::LocalMachine, path,
-                                    platform::kRegistryAllAccess);
+  const auto key =
+      registry.OpenKey(platform::RegistryRoot::LocalMachine, path, platform::kRegistryAllAccess);
   static_cast<void>(key->RemoveValue(name));
 }
 
