@@ -33,7 +33,9 @@ count_cases() {
 
 # run_tests BUILD_FOLDER [CTEST ARGUMENT...]
 run_tests() {
-  local folder=$1 results="$1/test-results"
+  local folder results
+  folder=$(cd "$1" && pwd)
+  results=$folder/test-results
   shift
   rm -rf "$results"
   mkdir -p "$results"
