@@ -62,7 +62,12 @@ void FillShape(Graphics::Impl& graphics, const QPainterPath& path, const QBrush&
 
 void StrokeShape(Graphics::Impl& graphics, const QPainterPath& path, const Pen& pen) {
   const PixelCentres centres(graphics);
-  graphics.painter.strokePath(path, ToPen(pen));
+  if (pen.width > 1.0F || graphics.painter.testRenderHint(QPainter::Antialiasing)) {
+    graphics.painter.strokePath(path, ToPen(pen));
+    return;
+  }
+  // The painter would trace a thin line from pixel to pixel and leave out tight corners.
+  graphics.painter.fillPath(QPainterPathStroker(ToPen(pen)).createStroke(path), ToColor(pen.color));
 }
 
 }  // namespace

@@ -33,19 +33,18 @@ Line LayOut(std::u16string_view text, const FontFace& face, double em, Hinting h
   if (!font.isValid()) return line;
   line.glyphs = font.glyphIndexesForString(ToQString(text));
   QList<double> advances;
-  if (hinting == Hinting::Full) {
-    for (const QPointF& advance : font.advancesForGlyphIndexes(line.glyphs)) {
-      advances.append(std::round(advance.x()));
-    }
-  } else {
-    for (const double advance : face.Advances(line.glyphs)) advances.append(advance * em);
+  for (const double advance : face.Advances(line.glyphs)) {
+    const double tracked = advance * em * tracking;
+    // Fitted glyphs stand on whole pixels: were the fractions added up, some gaps would be a pixel
+    // wider than others.
+    advances.append(hinting == Hinting::Full ? std::round(tracked) : tracked);
   }
   const quint32 blank = font.glyphIndexesForString(QStringLiteral(" ")).value(0);
   double x = 0.0;
   line.positions.reserve(line.glyphs.size());
   for (qsizetype i = 0; i < line.glyphs.size(); ++i) {
     line.positions.append(QPointF(x, 0.0));
-    x += advances[i] * tracking;
+    x += advances[i];
     if (line.glyphs[i] != blank) line.width = x;
   }
   return line;

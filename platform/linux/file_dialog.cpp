@@ -6,6 +6,7 @@
 #include "platform/linux/native_window.h"
 #include "platform/linux/qt_text.h"
 #include "platform/linux/window_table.h"
+#include "platform/screen.h"
 #include "platform/shell.h"
 
 namespace platform {
@@ -58,6 +59,8 @@ std::optional<std::u16string> ShowFileDialog(WindowHandle owner, FileDialogKind 
     dialog.setFileMode(QFileDialog::ExistingFile);
   }
   WithoutCompletion(dialog);
+  dialog.setViewMode(QFileDialog::List);
+  dialog.resize(QSize(640, 420) * GetScreenDpi().y / 96);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return dialog.selectedFiles().constFirst().toStdU16String();
 }

@@ -3,8 +3,11 @@
 #include <QApplication>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QScreen>
+#include <QStyleOption>
 
 #include "platform/linux/font_face.h"
+#include "platform/linux/message_icons.h"
 #include "platform/screen.h"
 
 namespace platform {
@@ -32,16 +35,50 @@ QPalette DarkPalette() {
   return palette;
 }
 
-// Buttons say what they do in words alone, as everywhere in the program.
-class PlainButtons : public QProxyStyle {
- public:
-  using QProxyStyle::QProxyStyle;
+// How far the toolkit's measures lag behind the screen: it takes a server's own resolution for the
+// usual one.
+double ToolkitScale() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  const double assumed = screen != nullptr ? screen->logicalDotsPerInchY() : 96.0;
+  return static_cast<double>(GetScreenDpi().y) / assumed;
+}
 
+class Style : public QProxyStyle {
+ public:
+  Style() : QProxyStyle(QStringLiteral("Fusion")), scale_(ToolkitScale()) {}
+
+  int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                  const QWidget* widget) const override {
+    const int pixels = QProxyStyle::pixelMetric(metric, option, widget);
+    return pixels > 0 ? qRound(pixels * scale_) : pixels;
+  }
+
+  // The base style cuts the text of menus where it would not fit with its mnemonics' marks.
+  QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                         const QWidget* widget) const override {
+    QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    if (type == CT_MenuItem) {
+      size.rwidth() += option->fontMetrics.horizontalAdvance(QLatin1Char('&'));
+    }
+    return size;
+  }
+
+  // Buttons say what they do in words alone, as everywhere in the program.
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* returned) const override {
     if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
     return QProxyStyle::styleHint(hint, option, widget, returned);
   }
+
+  QIcon standardIcon(StandardPixmap symbol, const QStyleOption* option,
+                     const QWidget* widget) const override {
+    const int size = pixelMetric(PM_MessageBoxIconSize, option, widget);
+    if (const auto icon = MessageIcon(symbol, size)) return *icon;
+    return QProxyStyle::standardIcon(symbol, option, widget);
+  }
+
+ private:
+  double scale_;
 };
 
 }  // namespace
@@ -55,7 +92,7 @@ QFont ToolkitFont(std::u16string_view family, int points) {
 void ApplyTheme() {
   QApplication::setPalette(DarkPalette());
   QApplication::setFont(ToolkitFont(u"Calibri", 11));
-  auto* style = new PlainButtons(QStringLiteral("Fusion"));
+  auto* style = new Style;
   style->setParent(qApp);
   QApplication::setStyle(style);
 }

@@ -83,7 +83,8 @@ TEST(DrawingShapes, PathOutlineCoversItsFill) {
   graphics.FillPath(0xFF0000FF, box);
   graphics.DrawPath({kRed, 1}, box);
   EXPECT_EQ(PaintedBounds(bitmap), (Rect{5, 5, 27, 26}));
-  for (const Point edge : {Point{5, 15}, Point{26, 15}, Point{15, 5}, Point{15, 25}}) {
+  for (const Point edge : {Point{5, 15}, Point{26, 15}, Point{15, 5}, Point{15, 25}, Point{5, 5},
+                           Point{26, 5}, Point{26, 25}, Point{5, 25}}) {
     EXPECT_EQ(bitmap.GetPixel(edge.x, edge.y), kRed) << edge.x << "," << edge.y;
   }
   EXPECT_EQ(bitmap.GetPixel(15, 15), 0xFF0000FF);
