@@ -203,6 +203,8 @@ void X11Desktop::Drag(ScreenPoint from, ScreenPoint to, int steps) {
 }
 
 void X11Desktop::PressKey(const std::string& key) {
+  // The keyboard follows the active window a moment later.
+  std::this_thread::sleep_for(milliseconds(150));
   const std::string modifier = "Alt+";
   if (!key.starts_with(modifier)) {
     impl_->Key(XStringToKeysym(key.c_str()), false);
