@@ -1,3 +1,5 @@
+#include <QDir>
+#include <QLibraryInfo>
 #include <QWidget>
 #include <algorithm>
 #include <array>
@@ -11,23 +13,40 @@
 #include "platform/linux/qt_text.h"
 #include "platform/linux/theme.h"
 #include "platform/linux/user_instance.h"
+#include "platform/linux/wayland.h"
 #include "platform/linux/x11.h"
 #include "platform/shell.h"
 
 namespace platform {
 namespace {
 
+// Where the toolkit itself chooses the display system, it takes a Wayland desktop before an X
+// server, if it has the plug-in for it.
+bool UsesWayland() {
+  const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
+  if (!chosen.isEmpty()) return chosen.startsWith("wayland");
+  const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
+  return !plugins.entryList({QStringLiteral("*wayland*")}, QDir::Files).isEmpty();
+}
+
 // The program works in physical pixels and in the screen's own resolution, whatever the person has
-// told the toolkit to do with other programs. The variables are back when the toolkit has read
-// them, so that programs started from here get them unchanged.
+// told the toolkit to do with other programs. A Wayland output enlarges the toolkit's units by its
+// scale; a factor of the reverse makes them pixels again. The variables are back when the toolkit
+// has read them, so that programs started from here get them unchanged.
 class PhysicalPixels {
  public:
-  PhysicalPixels() {
+  explicit PhysicalPixels(std::optional<std::uint32_t> waylandScale) {
     for (std::size_t i = 0; i < kNames.size(); ++i) {
       if (qEnvironmentVariableIsSet(kNames[i])) saved_[i] = qgetenv(kNames[i]);
-      qunsetenv(kNames[i]);
+      if (kNames[i] != kPlatform) qunsetenv(kNames[i]);
     }
-    qputenv(kNames.front(), "0");
+    qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    if (!waylandScale) return;
+    if (qEnvironmentVariableIsEmpty(kPlatform)) qputenv(kPlatform, "wayland");
+    if (*waylandScale == 1) return;
+    constexpr int kAllDigits = 17;
+    qputenv("QT_SCALE_FACTOR", QByteArray::number(1.0 / *waylandScale, 'g', kAllDigits));
+    qputenv("QT_FONT_DPI", QByteArray::number(*waylandScale * 96));
   }
   ~PhysicalPixels() {
     for (std::size_t i = 0; i < kNames.size(); ++i) {
@@ -42,9 +61,10 @@ class PhysicalPixels {
   PhysicalPixels& operator=(const PhysicalPixels&) = delete;
 
  private:
-  static constexpr std::array<const char*, 5> kNames{"QT_ENABLE_HIGHDPI_SCALING", "QT_SCALE_FACTOR",
-                                                     "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI",
-                                                     "QT_USE_PHYSICAL_DPI"};
+  static constexpr const char* kPlatform = "QT_QPA_PLATFORM";
+  static constexpr auto kNames = std::to_array<const char*>(
+      {"QT_ENABLE_HIGHDPI_SCALING", "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI",
+       "QT_USE_PHYSICAL_DPI", "QT_WAYLAND_FORCE_DPI", kPlatform});
   std::array<std::optional<QByteArray>, kNames.size()> saved_;
 };
 
@@ -56,7 +76,7 @@ struct Arguments {
 
 // The toolkit's start depends on all of this.
 std::unique_ptr<Application> MakeApplication(Arguments& arguments) {
-  const PhysicalPixels physicalPixels;
+  const PhysicalPixels physicalPixels(UsesWayland() ? wayland::ReadOutputScale() : std::nullopt);
   QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
   QGuiApplication::setDesktopSettingsAware(false);
   QCoreApplication::setApplicationName(QStringLiteral("tonalyx"));
@@ -73,12 +93,16 @@ NativeWindow* FindShown(const std::u16string& title) {
   return nullptr;
 }
 
-bool RaiseFirst(const std::vector<std::u16string>& titles) {
-  for (const std::u16string& title : titles) {
+bool RaiseFirst(const RaiseRequest& request) {
+  for (const std::u16string& title : request.titles) {
     NativeWindow* window = FindShown(title);
     if (window == nullptr) continue;
     if (window->isMinimized()) window->showNormal();
     window->raise();
+    // The toolkit takes the right to come forward from there, and takes it away.
+    if (!request.activationToken.empty()) {
+      qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(request.activationToken));
+    }
     if (!x11::Activate(window->winId())) window->activateWindow();
     return true;
   }
@@ -90,8 +114,7 @@ bool RaiseFirst(const std::vector<std::u16string>& titles) {
 bool RaiseFromOtherThread(Application& application, const RaiseRequest& request) {
   const auto raised = std::make_shared<std::promise<bool>>();
   std::future<bool> answer = raised->get_future();
-  application.CallLater(
-      [raised, titles = request.titles] { raised->set_value(RaiseFirst(titles)); });
+  application.CallLater([raised, request] { raised->set_value(RaiseFirst(request)); });
   constexpr std::chrono::milliseconds kPatience(500);
   return answer.wait_for(kPatience) == std::future_status::ready && answer.get();
 }
