@@ -38,7 +38,7 @@ enum class MessageBoxKind {
 std::int32_t ShowMessageBox(WindowHandle owner, std::u16string_view text,
                             std::u16string_view caption, MessageBoxKind kind);
 
-// The active window of this program, 0 when there is none.
+// The active window of this program; without one the shown window that was made last, else 0.
 WindowHandle ActiveWindow();
 
 enum class FileDialogKind { Open, Save };

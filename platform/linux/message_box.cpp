@@ -2,6 +2,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <algorithm>
 
 #include "platform/linux/native_window.h"
 #include "platform/linux/qt_text.h"
@@ -68,9 +69,19 @@ std::int32_t ShowMessageBox(WindowHandle owner, std::u16string_view text,
   return kIdOk;
 }
 
+// Between two windows, and while another program is in front, the toolkit knows of no active one;
+// the one that was made last is where the person left off.
 WindowHandle ActiveWindow() {
-  const auto* window = dynamic_cast<NativeWindow*>(QApplication::activeWindow());
-  return window != nullptr ? window->Handle() : 0;
+  if (const auto* active = dynamic_cast<NativeWindow*>(QApplication::activeWindow())) {
+    return active->Handle();
+  }
+  WindowHandle newest = 0;
+  const QWidgetList widgets = QApplication::topLevelWidgets();
+  for (const QWidget* widget : widgets) {
+    const auto* window = dynamic_cast<const NativeWindow*>(widget);
+    if (window != nullptr && window->isVisible()) newest = std::max(newest, window->Handle());
+  }
+  return newest;
 }
 
 }  // namespace platform

@@ -11,9 +11,11 @@
 #include "platform/linux/application.h"
 #include "platform/linux/native_window.h"
 #include "platform/linux/qt_text.h"
+#include "platform/linux/reduced_painting.h"
 #include "platform/linux/theme.h"
 #include "platform/linux/user_instance.h"
 #include "platform/linux/wayland.h"
+#include "platform/linux/wayland_activation.h"
 #include "platform/linux/x11.h"
 #include "platform/shell.h"
 
@@ -68,6 +70,14 @@ class PhysicalPixels {
   std::array<std::optional<QByteArray>, kNames.size()> saved_;
 };
 
+// On Wayland some versions of the toolkit ask the desktop to activate the active window whenever
+// the focus moves within the program. The wish arrives late, and takes the keyboard from a box that
+// has come up in front of that window meanwhile.
+void LeaveActivationToDesktop(QGuiApplication& application) {
+  if (!QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))) return;
+  QObject::disconnect(&application, &QGuiApplication::focusObjectChanged, &application, nullptr);
+}
+
 struct Arguments {
   std::array<char, 8> name{"tonalyx"};
   std::array<char*, 2> values{name.data(), nullptr};
@@ -81,7 +91,9 @@ std::unique_ptr<Application> MakeApplication(Arguments& arguments) {
   QGuiApplication::setDesktopSettingsAware(false);
   QCoreApplication::setApplicationName(QStringLiteral("tonalyx"));
   QGuiApplication::setDesktopFileName(QStringLiteral("tonalyx"));
-  return std::make_unique<Application>(arguments.count, arguments.values.data());
+  auto application = std::make_unique<Application>(arguments.count, arguments.values.data());
+  LeaveActivationToDesktop(*application);
+  return application;
 }
 
 NativeWindow* FindShown(const std::u16string& title) {
@@ -93,17 +105,21 @@ NativeWindow* FindShown(const std::u16string& title) {
   return nullptr;
 }
 
+// The toolkit takes the right to come forward from the environment, and takes it away there. A
+// start from a shell hands none over; the desktop then decides what one of our own is worth.
+void ActivateWithToken(NativeWindow& window, const std::string& handed) {
+  const std::string token = handed.empty() ? wayland::RequestActivationToken() : handed;
+  if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+  window.activateWindow();
+}
+
 bool RaiseFirst(const RaiseRequest& request) {
   for (const std::u16string& title : request.titles) {
     NativeWindow* window = FindShown(title);
     if (window == nullptr) continue;
     if (window->isMinimized()) window->showNormal();
     window->raise();
-    // The toolkit takes the right to come forward from there, and takes it away.
-    if (!request.activationToken.empty()) {
-      qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(request.activationToken));
-    }
-    if (!x11::Activate(window->winId())) window->activateWindow();
+    if (!x11::Activate(window->winId())) ActivateWithToken(*window, request.activationToken);
     return true;
   }
   return false;
@@ -124,6 +140,7 @@ bool RaiseFromOtherThread(Application& application, const RaiseRequest& request)
 struct UserInterfaceSession::Impl {
   Arguments arguments;
   std::unique_ptr<Application> application = MakeApplication(arguments);
+  ReducedPainting reducedPainting;
   UserInstance* instance = nullptr;
 };
 

@@ -7,8 +7,8 @@ set(ui_sources
   application browser control_window dialog dialog_units dialog_window
   drawing_bitmap drawing_graphics drawing_path drawing_shapes drawing_text file_dialog file_filter
   font_face image_scaling layered_window menus message_box message_icons mouse_router native_window
-  paint_queue session skinned_window system_controls theme wayland window window_icon window_table
-  x11)
+  paint_queue reduced_painting session skinned_window system_controls theme wayland wayland_activation window
+  window_icon window_table x11)
 list(TRANSFORM ui_sources PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
 list(TRANSFORM ui_sources APPEND .cpp)
 tonalyx_library(tonalyx_platform_linux_ui

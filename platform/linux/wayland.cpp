@@ -70,7 +70,7 @@ std::optional<std::uint32_t> ReadOutputScale() {
   for (const Output& output : outputs) wl_output_destroy(output.proxy);
   wl_registry_destroy(registry);
   if (!answered || outputs.empty()) return std::nullopt;
-  return std::ranges::min(outputs, {}, &Output::scale).scale;
+  return outputs.front().scale;
 }
 
 }  // namespace platform::wayland

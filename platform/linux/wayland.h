@@ -6,9 +6,8 @@
 
 namespace platform::wayland {
 
-// The whole number of pixels by which the outputs enlarge their units, the smallest where they
-// differ: the toolkit can enlarge a picture for a denser output, but not reduce it for a coarser
-// one. Nothing when the environment names no Wayland desktop that answers.
+// The whole number of pixels by which the primary output, which is the one that the desktop names
+// first, enlarges its units. Nothing when the environment names no Wayland desktop that answers.
 std::optional<std::uint32_t> ReadOutputScale();
 
 }  // namespace platform::wayland

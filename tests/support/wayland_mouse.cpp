@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-#include "tests/support/activation_token.h"
+#include "platform/linux/wayland_activation.h"
 #include "tests/support/wayland_pointer.h"
 
 namespace {
@@ -18,7 +18,7 @@ void Serve(support::WaylandPointer& pointer) {
     std::string verb;
     words >> verb;
     if (verb == "token") {
-      std::cout << support::RequestActivationToken() << std::endl;
+      std::cout << platform::wayland::RequestActivationToken() << std::endl;
       continue;
     }
     if (verb == "press") {

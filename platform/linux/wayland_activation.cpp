@@ -1,4 +1,4 @@
-#include "tests/support/activation_token.h"
+#include "platform/linux/wayland_activation.h"
 
 #include <wayland-client.h>
 
@@ -6,10 +6,11 @@
 #include <cstdint>
 #include <string_view>
 
-namespace support {
+namespace platform::wayland {
 namespace {
 
-// The part of the activation protocol that is used here, as its description gives it.
+// The part of the activation protocol (xdg-activation, version 1) that is used here, as its
+// description gives it.
 std::array<const wl_interface*, 2> kNoTypes{};
 
 const auto kTokenRequests = std::to_array<wl_message>({
@@ -77,4 +78,4 @@ std::string RequestActivationToken() {
   return token;
 }
 
-}  // namespace support
+}  // namespace platform::wayland
