@@ -4,14 +4,25 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <fstream>
 #include <numbers>
 #include <stdexcept>
+#include <string_view>
 #include <thread>
 
 namespace support {
 
 using namespace std::chrono_literals;
+
+namespace {
+
+bool UsesPipeWire() {
+  const char* wanted = std::getenv("TONALYX_TEST_AUDIO_SERVER");
+  return wanted != nullptr && std::string_view(wanted) == "pipewire";
+}
+
+}  // namespace
 
 PulseDaemon::PulseDaemon(std::vector<std::string> sinks) : sinks_(std::move(sinks)) {
   Start();
@@ -32,9 +43,8 @@ std::map<std::string, std::string> PulseDaemon::Environment() const {
           {"DBUS_SESSION_BUS_ADDRESS", ""}};
 }
 
-void PulseDaemon::Start() {
-  // A server that was killed leaves its socket behind.
-  std::filesystem::remove(folder_.Path() / "native");
+std::vector<std::string> PulseDaemon::Command() const {
+  if (UsesPipeWire()) return {TONALYX_SOURCE_DIR "/tests/audio/pipewire_server.sh"};
   std::vector<std::string> command = {"pulseaudio",        "-n",
                                       "--daemonize=no",    "--exit-idle-time=-1",
                                       "--use-pid-file=no", "--disable-shm=yes",
@@ -45,12 +55,30 @@ void PulseDaemon::Start() {
   // Last, so that whoever connects finds the sinks.
   command.push_back("--load=module-native-protocol-unix auth-anonymous=1 socket=" +
                     (folder_.Path() / "native").string());
-  server_.emplace(command, Environment());
-  for (int attempt = 0; attempt < 200; ++attempt) {
-    if (RunProcess({"pactl", "info"}, Environment()).exitStatus == 0) return;
+  return command;
+}
+
+void PulseDaemon::Start() {
+  // A server that was killed leaves its sockets behind.
+  for (const char* name : {"native", "pid", "pipewire-0", "pipewire-0.lock", "bus"}) {
+    std::filesystem::remove(folder_.Path() / name);
+  }
+  server_.emplace(Command(), Environment());
+  ControlWhenReady({"info"});
+  modules_.clear();
+  for (std::size_t i = 0; i < sinks_.size(); ++i) {
+    modules_.push_back(UsesPipeWire() ? AddSink(sinks_[i]) : std::to_string(i));
+  }
+  // The part that knows of defaults is the last to be there.
+  if (UsesPipeWire() && !sinks_.empty()) ControlWhenReady({"set-default-sink", sinks_[0]});
+}
+
+void PulseDaemon::ControlWhenReady(std::vector<std::string> command) {
+  command.insert(command.begin(), "pactl");
+  for (int attempt = 0; RunProcess(command, Environment()).exitStatus != 0; ++attempt) {
+    if (attempt == 200) throw std::runtime_error("the audio server does not start");
     std::this_thread::sleep_for(25ms);
   }
-  throw std::runtime_error("the audio server does not start");
 }
 
 void PulseDaemon::Kill() {
@@ -72,6 +100,10 @@ std::string PulseDaemon::Control(const std::vector<std::string>& arguments) {
   const ProcessResult result = RunProcess(command, Environment());
   if (result.exitStatus != 0) throw std::runtime_error("pactl: " + result.errors);
   return result.output;
+}
+
+void PulseDaemon::RemoveSink(std::size_t index) {
+  Control({"unload-module", modules_.at(index)});
 }
 
 std::string PulseDaemon::AddSink(const std::string& name, const std::string& description) {

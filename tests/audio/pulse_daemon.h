@@ -12,7 +12,8 @@
 
 namespace support {
 
-// Runs until destruction. Its sinks are null sinks: they play to nowhere, in real time.
+// PulseAudio or, where TONALYX_TEST_AUDIO_SERVER says "pipewire", PipeWire in its place. Runs until
+// destruction. Its sinks are null sinks: they play to nowhere, in real time.
 class PulseDaemon {
  public:
   // Starts with these sinks, the first as the default, unless told to wait.
@@ -33,6 +34,8 @@ class PulseDaemon {
   std::string Control(const std::vector<std::string>& arguments);
   // The number of the module that carries a sink made now.
   std::string AddSink(const std::string& name, const std::string& description = "");
+  // Takes one of the sinks away that the server started with.
+  void RemoveSink(std::size_t index);
 
   // Plays a sine tone of this level, 0 to 1, to the sink until the player is destroyed.
   std::unique_ptr<ChildProcess> Play(
@@ -41,9 +44,12 @@ class PulseDaemon {
 
  private:
   std::map<std::string, std::string> Environment() const;
+  std::vector<std::string> Command() const;
+  void ControlWhenReady(std::vector<std::string> command);
 
   TemporaryFolder folder_;
   const std::vector<std::string> sinks_;
+  std::vector<std::string> modules_;
   std::optional<ChildProcess> server_;
 };
 
