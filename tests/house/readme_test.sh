@@ -12,6 +12,9 @@ status=0
 
 script=$(sed -n 's/^    //p' README.md | sed 's/ \{2,\}#.*//' | grep -v '^scripts/test$')
 grep -q '`scripts/bench`' README.md && script+=$'\nscripts/bench'
+# One resolution is enough here, and the committed pictures stay.
+grep -q '`scripts/screenshots`' README.md &&
+  script+=$'\nTONALYX_IMAGES=$PWD/build/readme-images scripts/screenshots 96'
 
 while IFS= read -r command; do
   case $command in
