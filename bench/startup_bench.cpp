@@ -2,12 +2,16 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include "bench/sample_laptop.h"
+#include "tests/audio/pulse_daemon.h"
 #include "tests/support/child_process.h"
 #include "tests/support/x11_desktop.h"
 
@@ -64,7 +68,28 @@ void BM_StartDavrinPanel(benchmark::State& state) {
   Start(state, TONALYX_BIN_DIR "/tonalyx", "Tonalyx", bench::PrepareLaptop("davrin").environment);
 }
 
-// Processor time of the main thread during five seconds of which nothing happens in any.
+// Another program for the same sound, of the same toolkit, for scale.
+void BM_StartPeer(benchmark::State& state) {
+  const support::PulseDaemon server({"speaker"});
+  Start(state, "pavucontrol-qt", "Volume Control", {{"PULSE_SERVER", server.Server()}});
+}
+
+// How often the process's threads have been put on a processor because something woke them.
+double WakeUps(pid_t process) {
+  double sum = 0.0;
+  const std::filesystem::path tasks = "/proc/" + std::to_string(process) + "/task";
+  for (const auto& task : std::filesystem::directory_iterator(tasks)) {
+    std::ifstream file(task.path() / "status");
+    constexpr std::string_view kField = "voluntary_ctxt_switches:";
+    for (std::string line; std::getline(file, line);) {
+      if (line.starts_with(kField)) sum += std::stod(line.substr(kField.size()));
+    }
+  }
+  return sum;
+}
+
+// Processor time of the main thread, and wake-ups of all, during five seconds of which nothing
+// happens in any.
 void BM_IdlePanel(benchmark::State& state) {
   const Environment environment = bench::PrepareLaptop("layers").environment;
   support::X11Desktop desktop;
@@ -73,10 +98,12 @@ void BM_IdlePanel(benchmark::State& state) {
     desktop.WaitForWindow("Tonalyx", std::chrono::seconds(10));
     std::this_thread::sleep_for(std::chrono::seconds(1));
     const double before = ProcessorTime(process.Pid());
+    const double wakeUpsBefore = WakeUps(process.Pid());
     std::this_thread::sleep_for(std::chrono::seconds(5));
     const double spent = ProcessorTime(process.Pid()) - before;
     state.SetIterationTime(spent);
     state.counters["percent_of_core"] = 100.0 * spent / 5.0;
+    state.counters["wake_ups_per_s"] = (WakeUps(process.Pid()) - wakeUpsBefore) / 5.0;
   }
 }
 
@@ -99,4 +126,15 @@ BENCHMARK(BM_InstallRun)->UseManualTime()->Iterations(5)->Unit(benchmark::kMilli
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (std::getenv("TONALYX_BENCH_PEERS") != nullptr) {
+    benchmark::RegisterBenchmark("BM_StartPeer", BM_StartPeer)
+        ->UseManualTime()
+        ->Iterations(10)
+        ->Unit(benchmark::kMillisecond);
+  }
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}

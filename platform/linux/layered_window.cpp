@@ -43,10 +43,13 @@ LayeredWindow::LayeredWindow(Window& window, std::uint16_t id)
 }
 
 void LayeredWindow::SetContent(const QImage& content) {
+  // The picture of a window that nobody touches is the same every second. Leaving it on the screen
+  // spares the display server the copy and the compositor a whole frame.
+  const bool onScreen = isVisible() && !IsInvalid() && content == content_;
   content_ = content;
   if (content_.size() != size()) SetSize(content_.size());
   FollowShape();
-  if (isVisible()) {
+  if (isVisible() && !onScreen) {
     repaint();
   } else {
     Validate();
