@@ -71,9 +71,11 @@ std::optional<ParameterMeaning> MeaningOf(std::uint32_t number) {
 }
 
 std::optional<std::string_view> FilterTypeName(float code) {
-  const auto type = dsp::FilterTypeFromCode(dsp::TypeCode({.type = code}));
-  if (!type) return std::nullopt;
-  switch (*type) {
+  dsp::EqBand band;
+  band.type = code;
+  const auto filter = dsp::FilterTypeFromCode(dsp::TypeCode(band));
+  if (!filter) return std::nullopt;
+  switch (*filter) {
     case dsp::FilterType::Peaking:
       return "peaking";
     case dsp::FilterType::LowPass:

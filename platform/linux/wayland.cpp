@@ -49,8 +49,9 @@ void OnGlobal(void* data, wl_registry* registry, std::uint32_t name, const char*
   }
   auto* proxy = static_cast<wl_output*>(
       wl_registry_bind(registry, name, &wl_output_interface, kVersionWithScale));
-  Output& output = static_cast<Outputs*>(data)->emplace_back(Output{proxy, 1});
-  wl_output_add_listener(proxy, &kOutputListener, &output);
+  auto& outputs = *static_cast<Outputs*>(data);
+  outputs.push_back({proxy, 1});
+  wl_output_add_listener(proxy, &kOutputListener, &outputs.back());
 }
 void OnGlobalRemove(void*, wl_registry*, std::uint32_t) {}
 

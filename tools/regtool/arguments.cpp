@@ -55,8 +55,11 @@ class Parser {
     arguments_.command = *command;
     if (words_.size() < 2) return Fail("no key");
     if (!ParseKey(words_[1])) return std::nullopt;
-    for (next_ = 2; next_ < words_.size();) {
-      if (!ParseOption(words_[next_++])) return std::nullopt;
+    next_ = 2;
+    while (next_ < words_.size()) {
+      const std::string& word = words_[next_];
+      ++next_;
+      if (!ParseOption(word)) return std::nullopt;
     }
     return arguments_;
   }
