@@ -68,7 +68,7 @@ void RegistryFiles::Touch() const {
   int descriptor = open(file.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (descriptor == kNoDescriptor) descriptor = CreateFile(file);
   if (descriptor == kNoDescriptor) return;
-  static_cast<void>(pwrite(descriptor, "\n", 1, 0));
+  [[maybe_unused]] const ssize_t size = pwrite(descriptor, "\n", 1, 0);
   close(descriptor);
 }
 

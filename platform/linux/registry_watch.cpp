@@ -100,12 +100,12 @@ void RegistryWatch::Start() {
 
 void RegistryWatch::Poke() const {
   const std::uint64_t one = 1;
-  static_cast<void>(write(poke_, &one, sizeof one));
+  [[maybe_unused]] const ssize_t size = write(poke_, &one, sizeof one);
 }
 
 bool RegistryWatch::TakePoke() {
   std::uint64_t count = 0;
-  static_cast<void>(read(poke_, &count, sizeof count));
+  [[maybe_unused]] const ssize_t size = read(poke_, &count, sizeof count);
   const std::lock_guard lock(mutex_);
   return !stop_;
 }
