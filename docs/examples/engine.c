@@ -99,9 +99,15 @@ static bool FindStateFolder(char* folder) {
   return true;
 }
 
+// The mode takes the umask out, through a handle: where everyone may write, somebody may have put a
+// link in the new folder's place by now.
 static bool MakeFolder(const char* folder, mode_t mode) {
-  if (mkdir(folder, mode) == 0) return chmod(folder, mode) == 0;  // takes the umask out
-  return errno == EEXIST;
+  if (mkdir(folder, mode) != 0) return errno == EEXIST;
+  const int made = open(folder, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  if (made < 0) return false;
+  const bool isOpen = fchmod(made, mode) == 0;
+  close(made);
+  return isOpen;
 }
 
 // Makes the state folder and goes there. It and "events" are for every user, those above are not.
@@ -156,8 +162,10 @@ static bool OpenStore(struct Store* store) {
     return true;
   }
   CloseStore(store);
-  // Not for reading alone: the companions of a write-ahead log are written by readers too.
-  if (sqlite3_open_v2("registry.db", &store->database, SQLITE_OPEN_READWRITE, NULL) == SQLITE_OK &&
+  // Not for reading alone: the companions of a write-ahead log are written by readers too. And
+  // never through a link: everyone may put one there.
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW;
+  if (sqlite3_open_v2("registry.db", &store->database, flags, NULL) == SQLITE_OK &&
       sqlite3_busy_timeout(store->database, kBusyMilliseconds) == SQLITE_OK &&
       QueryNumber(store->database, "PRAGMA user_version", 0, "") == kLayout) {
     store->device = status.st_dev;

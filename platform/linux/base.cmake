@@ -5,7 +5,6 @@ tonalyx_library(tonalyx_platform_linux_base
     ${CMAKE_CURRENT_LIST_DIR}/fifo_event_listener.cpp
     ${CMAKE_CURRENT_LIST_DIR}/fifo_events.cpp
     ${CMAKE_CURRENT_LIST_DIR}/fifo_name.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/file_descriptor.cpp
     ${CMAKE_CURRENT_LIST_DIR}/posix_files.cpp
     ${CMAKE_CURRENT_LIST_DIR}/raise_channel.cpp
     ${CMAKE_CURRENT_LIST_DIR}/sysfs_devices.cpp

@@ -4,6 +4,7 @@ find_package(Threads REQUIRED)
 tonalyx_library(tonalyx_platform_linux_core
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/access_list.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/file_descriptor.cpp
     ${CMAKE_CURRENT_LIST_DIR}/startup.cpp
     ${CMAKE_CURRENT_LIST_DIR}/state_folder.cpp
     ${CMAKE_CURRENT_LIST_DIR}/system_clock.cpp

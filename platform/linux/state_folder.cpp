@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "platform/linux/file_descriptor.h"
+
 namespace platform {
 namespace {
 
@@ -42,8 +44,15 @@ std::filesystem::path UserStateFolder() {
   return HomeFolder() / ".local/state" / kUserFolder;
 }
 
+// The mode takes the umask out, through a handle: where everyone may write, somebody may have put a
+// link in the new folder's place by now.
+bool OpenNewFolder(const std::filesystem::path& folder, mode_t mode) {
+  const FileDescriptor made(open(folder.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  return made.IsOpen() && chmod(DescriptorPath(made).c_str(), mode) == 0;
+}
+
 bool MakeFolder(const std::filesystem::path& folder, mode_t mode) {
-  if (mkdir(folder.c_str(), mode) == 0) return chmod(folder.c_str(), mode) == 0;
+  if (mkdir(folder.c_str(), mode) == 0) return OpenNewFolder(folder, mode);
   std::error_code error;
   return errno == EEXIST && std::filesystem::is_directory(folder, error);
 }

@@ -1,12 +1,17 @@
 #include "platform/linux/state_folder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdio>
 #include <filesystem>
 #include <functional>
+#include <thread>
 
 #include "tests/support/forked_process.h"
 #include "tests/support/temporary_folder.h"
@@ -74,6 +79,38 @@ TEST(StateFolderTest, IsMadeWithItsParentsWhateverTheUmask) {
   EXPECT_EQ(modeOf(folder), 0777U);
   EXPECT_EQ(modeOf(folder.parent_path()), 0755U);
   EXPECT_FALSE(MakeStateFolder("/dev/null/folder"));
+}
+
+// In a folder where everyone may write, whoever waits for the new one can put a link in its place.
+TEST(StateFolderTest, IsOpenedToEveryoneThroughNoLink) {
+  const support::TemporaryFolder temporary;
+  const fs::path folder = temporary.Path() / "events";
+  const fs::path trap = temporary.Path() / "trap";
+  const fs::path victim = temporary.Path() / "victim";
+  fs::create_directory(victim);
+  fs::permissions(victim, fs::perms::owner_all);
+
+  std::atomic<bool> isEnding = false;
+  std::atomic<int> swaps = 0;
+  std::thread attacker([&] {
+    while (!isEnding) {
+      remove(trap.c_str());
+      if (symlink(victim.c_str(), trap.c_str()) != 0) continue;
+      while (!isEnding &&
+             renameat2(AT_FDCWD, trap.c_str(), AT_FDCWD, folder.c_str(), RENAME_EXCHANGE) != 0) {
+      }
+      ++swaps;
+    }
+  });
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+  while (std::chrono::steady_clock::now() < end) {
+    static_cast<void>(MakeStateFolder(folder));
+    remove(folder.c_str());
+  }
+  isEnding = true;
+  attacker.join();
+  EXPECT_GT(swaps, 1);
+  EXPECT_EQ(fs::status(victim).permissions(), fs::perms::owner_all);
 }
 
 }  // namespace
