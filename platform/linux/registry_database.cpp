@@ -19,7 +19,8 @@ constexpr int kBusySteps = 2000;
 // Without a watcher thread in the process the log is copied back only when it has grown to 64 MiB.
 constexpr const char* kSettings =
     "PRAGMA synchronous = NORMAL; PRAGMA wal_autocheckpoint = 16384;"
-    "PRAGMA journal_size_limit = 4194304; PRAGMA temp_store = MEMORY;";
+    "PRAGMA journal_size_limit = 4194304; PRAGMA temp_store = MEMORY;"
+    "PRAGMA cell_size_check = ON;";
 
 constexpr const char* kTables = R"(
   CREATE TABLE registry_key(
@@ -58,7 +59,14 @@ bool Execute(sqlite3* connection, const char* sql) {
 // Whether the file's own kind of failure is that there is none.
 bool IsMissing(const std::filesystem::path& file) {
   struct stat status {};
-  return stat(file.c_str(), &status) != 0 && errno == ENOENT;
+  return lstat(file.c_str(), &status) != 0 && errno == ENOENT;
+}
+
+// The folder with its links resolved: below it none is followed.
+std::filesystem::path WithoutLinksAbove(const std::filesystem::path& file) {
+  std::error_code error;
+  const std::filesystem::path folder = std::filesystem::canonical(file.parent_path(), error);
+  return error ? file : folder / file.filename();
 }
 
 }  // namespace
@@ -77,12 +85,13 @@ const char* RegistryDatabase::TextOf(Sql sql) {
       return "SELECT id FROM registry_key WHERE parent = ?1 AND folded = ?2";
     case Sql::InsertKey:
       return "INSERT INTO registry_key(parent, folded, name) VALUES (?1, ?2, ?3)";
+    // UNION, not UNION ALL: it ends in a tree that somebody has tied into a ring, too.
     case Sql::DeleteTreeValues:
-      return "WITH RECURSIVE tree(id) AS (SELECT ?1 UNION ALL SELECT registry_key.id"
+      return "WITH RECURSIVE tree(id) AS (SELECT ?1 UNION SELECT registry_key.id"
              " FROM registry_key JOIN tree ON registry_key.parent = tree.id)"
              " DELETE FROM registry_value WHERE key IN tree";
     case Sql::DeleteTreeKeys:
-      return "WITH RECURSIVE tree(id) AS (SELECT ?1 UNION ALL SELECT registry_key.id"
+      return "WITH RECURSIVE tree(id) AS (SELECT ?1 UNION SELECT registry_key.id"
              " FROM registry_key JOIN tree ON registry_key.parent = tree.id)"
              " DELETE FROM registry_key WHERE id IN tree";
     case Sql::SetAccessList:
@@ -123,8 +132,8 @@ std::unique_ptr<RegistryDatabase> RegistryDatabase::Open(const std::filesystem::
   problem->clear();
   if (opening == Opening::Existing && IsMissing(file)) return nullptr;
   sqlite3* connection = nullptr;
-  const int code = sqlite3_open_v2(file.c_str(), &connection,
-                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+  constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_NOFOLLOW;
+  const int code = sqlite3_open_v2(WithoutLinksAbove(file).c_str(), &connection, kFlags, nullptr);
   std::unique_ptr<RegistryDatabase> database(new RegistryDatabase(connection));
   const auto fail = [&]() -> std::unique_ptr<RegistryDatabase> {
     if (opening == Opening::Create || !IsMissing(file)) {
@@ -155,10 +164,17 @@ RegistryDatabase::~RegistryDatabase() {
   sqlite3_close_v2(connection_);
 }
 
+// Every user may write the file, with any program: what else than tables of data stands in its
+// schema must not run here, and damaged pages are noticed before they are used.
 bool RegistryDatabase::Configure() {
+  const auto configure = [this](int option, int value) {
+    return sqlite3_db_config(connection_, option, value, nullptr) == SQLITE_OK;
+  };
   sqlite3_busy_handler(connection_, WaitWhileBusy, nullptr);
   sqlite3_extended_result_codes(connection_, 1);
-  return Execute(connection_, kSettings);
+  return configure(SQLITE_DBCONFIG_DEFENSIVE, 1) && configure(SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0) &&
+         configure(SQLITE_DBCONFIG_ENABLE_TRIGGER, 0) &&
+         configure(SQLITE_DBCONFIG_ENABLE_VIEW, 0) && Execute(connection_, kSettings);
 }
 
 bool RegistryDatabase::CreateTables() {

@@ -3,7 +3,6 @@
 #include "platform/linux/sqlite_registry.h"
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <chrono>
@@ -15,6 +14,7 @@
 #include <utility>
 
 #include "platform/wake_event.h"
+#include "tests/platform/foreign_connection.h"
 #include "tests/platform/open_key.h"
 #include "tests/support/temporary_folder.h"
 
@@ -22,29 +22,11 @@ namespace platform {
 namespace {
 
 using std::chrono::steady_clock;
+using support::ForeignConnection;
 using support::GetBytes;
 using support::SetBytes;
 
 constexpr RegistryRoot kRoot = RegistryRoot::LocalMachine;
-
-// A connection that knows nothing of our rules.
-class ForeignConnection {
- public:
-  explicit ForeignConnection(const std::filesystem::path& file) {
-    sqlite3_open(file.c_str(), &connection_);
-  }
-  ~ForeignConnection() { sqlite3_close(connection_); }
-  ForeignConnection(const ForeignConnection&) = delete;
-  ForeignConnection& operator=(const ForeignConnection&) = delete;
-
-  void Execute(const char* sql) {
-    ASSERT_EQ(sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr), SQLITE_OK)
-        << sqlite3_errmsg(connection_);
-  }
-
- private:
-  sqlite3* connection_ = nullptr;
-};
 
 class SqliteRegistryTest : public testing::Test {
  protected:
