@@ -156,9 +156,11 @@ bool RaiseServer::WaitForInput(const FileDescriptor& source, int timeoutMillisec
 void RaiseServer::Answer(const FileDescriptor& connection) const {
   if (!WaitForInput(connection, kRequestMilliseconds)) return;
   std::string packet(kLongestRequest, '\0');
-  const ssize_t size = recv(connection.Get(), packet.data(), packet.size(), 0);
+  // The packet's own size, also when only a part of it fits: a part is no request.
+  const ssize_t size = recv(connection.Get(), packet.data(), packet.size(), MSG_TRUNC);
   if (size <= 0) return;
-  packet.resize(static_cast<std::size_t>(size));
+  const bool isWhole = static_cast<std::size_t>(size) <= packet.size();
+  packet.resize(isWhole ? static_cast<std::size_t>(size) : 0);
   const std::optional<RaiseRequest> request = Decode(packet);
   const char answer = request && handler_(*request) ? kRaised : kNotRaised;
   send(connection.Get(), &answer, sizeof(answer), MSG_NOSIGNAL);

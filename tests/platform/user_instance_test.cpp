@@ -276,10 +276,12 @@ TEST_F(RaiseTest, SurvivesClientsThatSayNothingOrNonsense) {
   };
   const FileDescriptor silent = connectClient();
   { const FileDescriptor gone = connectClient(); }
+  std::string longRequest("raise\0t\0", 8);
+  for (int i = 0; i < 10'000; ++i) longRequest.append("x\0", 2);
   std::vector<FileDescriptor> talking;
   for (const std::string& packet :
        {std::string("x"), std::string("raise"), std::string("raise\0token", 11),
-        std::string("other\0\0title\0", 13), std::string(100'000, 'x')}) {
+        std::string("other\0\0title\0", 13), std::string(100'000, 'x'), longRequest}) {
     talking.push_back(connectClient());
     EXPECT_GT(send(talking.back().Get(), packet.data(), packet.size(), MSG_NOSIGNAL), 0);
   }
