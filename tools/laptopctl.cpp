@@ -1,11 +1,8 @@
 // laptopctl: writes a virtual laptop's file and plays its driver.
 
-#include <unistd.h>
-
 #include <charconv>
 #include <cstdlib>
 #include <exception>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -13,7 +10,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "platform/linux/sqlite_registry.h"
@@ -21,6 +17,7 @@
 #include "platform/text.h"
 #include "platform/virtual/laptop_file.h"
 #include "tools/laptop_kinds.h"
+#include "tools/replace_file.h"
 
 namespace {
 
@@ -79,23 +76,8 @@ std::optional<OpenLaptop> Open(const std::string& file) {
   return open;
 }
 
-// Puts the whole text in the file's place in one step, so that no reader meets half of it.
-bool Replace(const std::string& file, const std::string& text) {
-  const std::string fresh = file + "." + std::to_string(getpid());
-  std::ofstream stream(fresh, std::ios::binary | std::ios::trunc);
-  stream << text << std::flush;
-  const bool written = stream.good();
-  stream.close();
-  std::error_code error;
-  if (written) std::filesystem::rename(fresh, file, error);
-  if (written && !error) return true;
-  std::error_code ignored;
-  std::filesystem::remove(fresh, ignored);
-  return false;
-}
-
 int ReplaceOrFail(const std::string& file, const std::string& text) {
-  return Replace(file, text) ? kDone : Fail(file + ": cannot be written");
+  return tools::ReplaceFile(file, text) ? kDone : Fail(file + ": cannot be written");
 }
 
 std::optional<std::size_t> IndexOf(const platform::LaptopFile& laptop, const std::string& id) {

@@ -2,6 +2,7 @@ find_package(nlohmann_json REQUIRED)
 
 add_executable(vtdmake
   ${CMAKE_CURRENT_LIST_DIR}/json_source.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/replace_file.cpp
   ${CMAKE_CURRENT_LIST_DIR}/tuning_description.cpp
   ${CMAKE_CURRENT_LIST_DIR}/tuning_encoding.cpp
   ${CMAKE_CURRENT_LIST_DIR}/vtdmake.cpp)

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tools/json_source.h"
+#include "tools/replace_file.h"
 #include "tools/tuning_description.h"
 #include "tools/tuning_encoding.h"
 
@@ -35,28 +36,12 @@ std::optional<std::string> ReadFile(const std::filesystem::path& path) {
   return text;
 }
 
-// Under another name first, so that nobody ever finds half a file.
-bool ReplaceFile(const std::filesystem::path& path, std::string_view bytes) {
-  std::filesystem::path partial = path;
-  partial += ".part";
-  std::error_code error;
-  {
-    std::ofstream file(partial, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (file) std::filesystem::rename(partial, path, error);
-    if (file && !error) return true;
-  }
-  std::filesystem::remove(partial, error);
-  return false;
-}
-
 int Run(const std::string& source, const std::string& target) {
   const std::optional<std::string> text = ReadFile(source);
   if (!text) return Fail("vtdmake: cannot read " + source);
   try {
     const tools::JsonNode tree = tools::ParseJson(*text);
-    if (!ReplaceFile(target, tools::EncodeTuning(tools::DescribeTuning(tree)))) {
+    if (!tools::ReplaceFile(target, tools::EncodeTuning(tools::DescribeTuning(tree)))) {
       return Fail("vtdmake: cannot write " + target);
     }
   } catch (const tools::SourceError& error) {

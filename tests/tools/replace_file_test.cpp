@@ -1,0 +1,67 @@
+#include "tools/replace_file.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "tests/support/temporary_folder.h"
+
+namespace tools {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ReplaceFileTest : public testing::Test {
+ protected:
+  static std::string Contents(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  support::TemporaryFolder temporary_;
+  fs::path target_ = temporary_.Path() / "target";
+  fs::path victim_ = temporary_.Path() / "victim";
+  // Anybody can guess it.
+  fs::path fresh_ = target_.string() + "." + std::to_string(getpid());
+};
+
+TEST_F(ReplaceFileTest, LeavesNothingButTheFileWithTheUmasksMode) {
+  const mode_t before = umask(0027);
+  EXPECT_TRUE(ReplaceFile(target_, "new"));
+  umask(before);
+  EXPECT_EQ(Contents(target_), "new");
+  EXPECT_EQ(static_cast<unsigned>(fs::status(target_).permissions()), 0640U);
+  EXPECT_FALSE(fs::exists(fresh_));
+}
+
+TEST_F(ReplaceFileTest, WritesThroughNoLink) {
+  for (const fs::path& trap : {fresh_, target_}) {
+    std::ofstream(victim_) << "precious";
+    fs::create_symlink(victim_, trap);
+    EXPECT_TRUE(ReplaceFile(target_, "new"));
+    EXPECT_EQ(Contents(victim_), "precious");
+    EXPECT_FALSE(fs::is_symlink(target_));
+    EXPECT_EQ(Contents(target_), "new");
+    fs::remove(target_);
+  }
+}
+
+TEST_F(ReplaceFileTest, GivesUpWhereSomethingCannotBeTakenAway) {
+  fs::create_directory(fresh_);
+  EXPECT_FALSE(ReplaceFile(target_, "new"));
+  EXPECT_FALSE(fs::exists(target_));
+}
+
+TEST_F(ReplaceFileTest, LeavesNothingWhenItCannotReplace) {
+  fs::create_directories(target_ / "full");
+  EXPECT_FALSE(ReplaceFile(target_, "new"));
+  EXPECT_FALSE(fs::exists(fresh_));
+}
+
+}  // namespace
+}  // namespace tools
