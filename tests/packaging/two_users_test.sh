@@ -120,6 +120,45 @@ both_start_the_panel() {
   is 2 "$(grep -c 'was supported' "$TONALYX_ROOT/Velsona.txt")"
 }
 
+# new_trap NAME: a state folder of its own, as the package makes it, for what a user puts there.
+new_trap() {
+  export TONALYX_ROOT=$work/trap.$1
+  mkdir "$TONALYX_ROOT"
+  chmod 777 "$TONALYX_ROOT"
+}
+
+# ends COMMAND...: whether it gets its way is not the question.
+ends() {
+  local status=0
+  as "$root" timeout 20 "$@" || status=$?
+  [ "$status" != 124 ]
+}
+
+start_the_systems_programs() {
+  ends tonalyx /init
+  ends regtool add "$key\\2" /v Param6 /t REG_BINARY /d 00000030 /f
+  ends enginemon --endpoint "{$endpoint}" --seconds 0
+}
+
+# runs_into_a_link NAME TARGET: a user put a link there, which leads to what only the system may
+# change. The programs do without the file, or make it anew, but leave the target alone.
+runs_into_a_link() {
+  local name=$1 target=$2 before
+  local state='%n %F %a %s %y'
+  new_trap "$name"
+  as "$bert" ln -s "$target" "$TONALYX_ROOT/$name"
+  before=$(stat -c "$state" "$work/precious"{,/*})
+  start_the_systems_programs
+  is "$before" "$(stat -c "$state" "$work/precious"{,/*})"
+}
+
+# runs_into_a_fifo NAME: nobody waits for its other end.
+runs_into_a_fifo() {
+  new_trap "fifo.$1"
+  as "$bert" mkfifo "$TONALYX_ROOT/$1"
+  start_the_systems_programs
+}
+
 # As the package makes it.
 export TONALYX_ROOT=$work/machine
 mkdir "$TONALYX_ROOT"
@@ -137,6 +176,17 @@ expect "a user's edit reaches another user's service" service_hears $bert $anna 
 export TONALYX_LAPTOP=$work/laptop.json
 (umask 022 && "$work/bin/laptopctl" "$TONALYX_LAPTOP" new standard)
 expect "both users start the program" both_start_the_panel
+
+mkdir -m 755 "$work/precious"
+: >"$work/precious/empty"
+for name in registry.db registry.db-{wal,shm,journal} registry.changed Velsona.txt \
+  Velsona-0.{lock,socket}; do
+  expect "a link in the place of $name is not followed" \
+    runs_into_a_link "$name" "$work/precious/empty"
+  expect "a FIFO in the place of $name holds nobody up" runs_into_a_fifo "$name"
+done
+expect "a link in the place of the events is not followed" \
+  runs_into_a_link events "$work/precious"
 unset TONALYX_LAPTOP
 
 # Without a package: the first user makes the folder.
