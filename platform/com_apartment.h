@@ -12,7 +12,7 @@ class ComApartment {
   ComApartment& operator=(const ComApartment&) = delete;
 
  private:
-  bool joined_;
+  [[maybe_unused]] bool joined_;  // for platforms that have something to leave
 };
 
 }  // namespace platform
