@@ -1,7 +1,7 @@
 # tonalyx_test(name SOURCES ... LIBS ... [LABELS ...] [DPI n] [TIMEOUT seconds]): one GoogleTest
 # program, registered with CTest under its name. Label "unit" (the default) runs anywhere;
 # "display" runs on an X server of its own with window manager and compositor, at DPI (default 96);
-# "audio" starts an audio server of its own.
+# "audio" starts an audio server of its own; "faults" makes real faults, some of them as root.
 find_package(GTest REQUIRED)
 
 function(tonalyx_test name)

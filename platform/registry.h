@@ -115,6 +115,10 @@ class Registry {
   // Deletes a key with everything below it.
   virtual RegistryStatus RemoveTree(RegistryRoot root, std::u16string_view path) = 0;
 
+  // Puts a store that is damaged out of the way under a new name, for the installer: the next write
+  // makes a new one. Nothing to do where the platform looks after its registry itself.
+  virtual void SetDamagedAside() {}
+
   virtual std::unique_ptr<RegistryScope> BeginRead() = 0;
   virtual std::unique_ptr<RegistryScope> BeginWrite() = 0;
 };

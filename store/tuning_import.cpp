@@ -127,6 +127,7 @@ TuningImport::TuningImport(Registry& registry, platform::FileSystem& files, Mode
     : registry_(registry), files_(files), model_(model) {}
 
 void TuningImport::RunInstallImport(std::uint32_t ssid) {
+  registry_.SetDamagedAside();
   EnsureVendorKey(registry_);
   static_cast<void>(ImportTuningFiles(ssid));
   SetHardwareOutputPath();

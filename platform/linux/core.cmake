@@ -15,6 +15,7 @@ tonalyx_library(tonalyx_platform_linux_core
 
 tonalyx_library(tonalyx_registry_sqlite
   SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/damaged_registry.cpp
     ${CMAKE_CURRENT_LIST_DIR}/folded_name.cpp
     ${CMAKE_CURRENT_LIST_DIR}/registry_database.cpp
     ${CMAKE_CURRENT_LIST_DIR}/registry_files.cpp

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include "platform/registry_rules.h"
 
@@ -52,10 +53,6 @@ int WaitWhileBusy(void* /*context*/, int step) {
   return 1;
 }
 
-bool Execute(sqlite3* connection, const char* sql) {
-  return sqlite3_exec(connection, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
-}
-
 // Whether the file's own kind of failure is that there is none.
 bool IsMissing(const std::filesystem::path& file) {
   struct stat status {};
@@ -67,6 +64,14 @@ std::filesystem::path WithoutLinksAbove(const std::filesystem::path& file) {
   std::error_code error;
   const std::filesystem::path folder = std::filesystem::canonical(file.parent_path(), error);
   return error ? file : folder / file.filename();
+}
+
+// An empty database with a log has lost what the log goes on from. SQLite, to which one byte is
+// empty too, would throw the log away.
+bool HasOnlyItsLog(const std::filesystem::path& file, const struct stat& status) {
+  struct stat log {};
+  return status.st_size <= 1 && stat((file.native() + "-wal").c_str(), &log) == 0 &&
+         log.st_size > 0;
 }
 
 }  // namespace
@@ -128,40 +133,62 @@ const char* RegistryDatabase::TextOf(Sql sql) {
 }
 
 std::unique_ptr<RegistryDatabase> RegistryDatabase::Open(const std::filesystem::path& file,
-                                                         Opening opening, std::string* problem) {
-  problem->clear();
+                                                         Opening opening,
+                                                         RegistryProblem* problem) {
+  *problem = {};
   if (opening == Opening::Existing && IsMissing(file)) return nullptr;
-  sqlite3* connection = nullptr;
+  std::unique_ptr<RegistryDatabase> database(new RegistryDatabase);
+  if (!database->OpenFile(file, opening, problem)) return nullptr;
+  return database;
+}
+
+bool RegistryDatabase::OpenFile(const std::filesystem::path& file, Opening opening,
+                                RegistryProblem* problem) {
   constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_NOFOLLOW;
-  const int code = sqlite3_open_v2(WithoutLinksAbove(file).c_str(), &connection, kFlags, nullptr);
-  std::unique_ptr<RegistryDatabase> database(new RegistryDatabase(connection));
-  const auto fail = [&]() -> std::unique_ptr<RegistryDatabase> {
-    if (opening == Opening::Create || !IsMissing(file)) {
-      *problem = connection == nullptr ? "out of memory" : sqlite3_errmsg(connection);
-    }
-    return nullptr;
+  const int code = sqlite3_open_v2(WithoutLinksAbove(file).c_str(), &connection_, kFlags, nullptr);
+  const auto fail = [&] {
+    if (opening == Opening::Create || !IsMissing(file)) *problem = Problem();
+    return false;
   };
   struct stat status {};
   if (code != SQLITE_OK || stat(file.c_str(), &status) != 0) return fail();
-  database->file_ = file;
-  database->device_ = status.st_dev;
-  database->inode_ = status.st_ino;
-  if (!database->Configure() || !database->ReadIdentity()) return fail();
-  if (database->layout_ == 0) {
+  file_ = file;
+  device_ = status.st_dev;
+  inode_ = status.st_ino;
+  if (HasOnlyItsLog(file, status)) {
+    *problem = {RegistryProblem::Kind::Damaged, "it is empty, but its log is not"};
+    return false;
+  }
+  if (!Configure() || !ReadIdentity()) return fail();
+  if (layout_ == 0) {
     // A file without tables: its maker has not come to them yet, or never did.
-    if (opening == Opening::Existing) return nullptr;
-    if (!database->CreateTables() || !database->ReadIdentity()) return fail();
+    if (opening == Opening::Existing) return false;
+    if (!CreateTables() || !ReadIdentity()) return fail();
   }
-  if (database->layout_ != kLayout) {
-    *problem = "it has a layout that this program does not know";
-    return nullptr;
-  }
-  return database;
+  if (layout_ == kLayout) return true;
+  *problem = {RegistryProblem::Kind::Other, "it has a layout that this program does not know"};
+  return false;
+}
+
+RegistryProblem RegistryDatabase::Problem() const {
+  if (connection_ == nullptr) return {RegistryProblem::Kind::Other, "out of memory"};
+  const int code = failure_ == SQLITE_OK ? sqlite3_errcode(connection_) : failure_;
+  const int kind = code & 0xFF;
+  // A store of our layout in which our statements make no sense lacks tables.
+  const bool damaged = kind == SQLITE_NOTADB || kind == SQLITE_CORRUPT || kind == SQLITE_ERROR;
+  return {damaged ? RegistryProblem::Kind::Damaged : RegistryProblem::Kind::Other,
+          sqlite3_errstr(code)};
 }
 
 RegistryDatabase::~RegistryDatabase() {
   for (auto& statement : prepared_) statement.reset();
   sqlite3_close_v2(connection_);
+}
+
+bool RegistryDatabase::Execute(const char* sql) {
+  const int code = sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK && failure_ == SQLITE_OK) failure_ = code;
+  return code == SQLITE_OK;
 }
 
 // Every user may write the file, with any program: what else than tables of data stands in its
@@ -174,18 +201,19 @@ bool RegistryDatabase::Configure() {
   sqlite3_extended_result_codes(connection_, 1);
   return configure(SQLITE_DBCONFIG_DEFENSIVE, 1) && configure(SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0) &&
          configure(SQLITE_DBCONFIG_ENABLE_TRIGGER, 0) &&
-         configure(SQLITE_DBCONFIG_ENABLE_VIEW, 0) && Execute(connection_, kSettings);
+         configure(SQLITE_DBCONFIG_ENABLE_VIEW, 0) && Execute(kSettings);
 }
 
 bool RegistryDatabase::CreateTables() {
   // Going over to the log is the one step that does not wait by itself for another who does it.
-  for (int step = 0; !Execute(connection_, "PRAGMA journal_mode = WAL"); ++step) {
+  for (int step = 0; !Execute("PRAGMA journal_mode = WAL"); ++step) {
     const int code = sqlite3_errcode(connection_);
     if (code != SQLITE_BUSY && code != SQLITE_LOCKED) return false;
     if (WaitWhileBusy(nullptr, step) == 0) return false;
+    failure_ = SQLITE_OK;
   }
   if (!BeginWrite() || !ReadIdentity()) return false;
-  if (layout_ == 0 && !Execute(connection_, kTables)) {
+  if (layout_ == 0 && !Execute(kTables)) {
     Rollback();
     return false;
   }
@@ -193,14 +221,16 @@ bool RegistryDatabase::CreateTables() {
 }
 
 bool RegistryDatabase::ReadIdentity() {
-  const SqliteStatement layout(connection_, "PRAGMA user_version");
+  const SqliteStatement layout(connection_, "PRAGMA user_version", &failure_);
   SqliteRun layoutRun(layout);
   if (layoutRun.Step() != SqliteStep::Row) return false;
   layout_ = layoutRun.Number(0);
   if (layout_ != kLayout) return true;
-  const SqliteStatement store(connection_, "SELECT id FROM store");
+  const SqliteStatement store(connection_, "SELECT id FROM store", &failure_);
   SqliteRun storeRun(store);
-  if (storeRun.Step() != SqliteStep::Row) return false;
+  const SqliteStep found = storeRun.Step();
+  if (found == SqliteStep::Done) failure_ = SQLITE_CORRUPT;
+  if (found != SqliteStep::Row) return false;
   storeId_ = storeRun.Number(0);
   return true;
 }
@@ -212,8 +242,9 @@ bool RegistryDatabase::IsStillThere() const {
 
 SqliteStatement& RegistryDatabase::Prepared(Sql sql) {
   std::unique_ptr<SqliteStatement>& statement = prepared_[static_cast<std::size_t>(sql)];
-  if (statement == nullptr) {
-    statement = std::make_unique<SqliteStatement>(connection_, TextOf(sql));
+  // What could not be prepared for want of memory, or of the disk's answer, may be now.
+  if (statement == nullptr || statement->Native() == nullptr) {
+    statement = std::make_unique<SqliteStatement>(connection_, TextOf(sql), &failure_);
   }
   return *statement;
 }
@@ -244,6 +275,22 @@ RegistryStatus RegistryDatabase::WriteFailure() const {
   const int code = sqlite3_errcode(connection_) & 0xFF;
   const bool denied = code == SQLITE_READONLY || code == SQLITE_PERM || code == SQLITE_AUTH;
   return denied ? RegistryStatus::AccessDenied : RegistryStatus::WriteFault;
+}
+
+std::string RegistryDatabase::TakeFailure() {
+  const int code = std::exchange(failure_, SQLITE_OK);
+  return code == SQLITE_OK ? std::string() : sqlite3_errstr(code);
+}
+
+bool RegistryDatabase::IsWhole() {
+  sqlite3_db_config(connection_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  for (std::size_t sql = 0; sql < prepared_.size(); ++sql) Prepared(static_cast<Sql>(sql));
+  if (failure_ == SQLITE_OK) {
+    const SqliteStatement check(connection_, "PRAGMA integrity_check(1)", &failure_);
+    SqliteRun run(check);
+    if (run.Step() == SqliteStep::Row) return run.Text(0) == "ok";
+  }
+  return Problem().kind != RegistryProblem::Kind::Damaged;
 }
 
 std::optional<RegistryKeyId> RegistryDatabase::FindSubKey(RegistryKeyId parent,

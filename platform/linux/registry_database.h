@@ -22,6 +22,13 @@ using RegistryKeyId = std::int64_t;  // never used twice in one store
 inline constexpr RegistryKeyId kLocalMachineId = 1;
 inline constexpr RegistryKeyId kClassesRootId = 2;
 
+// Why a database does not open.
+struct RegistryProblem {
+  enum class Kind { None, Damaged, Other };
+  Kind kind = Kind::None;
+  std::string text;
+};
+
 // Used by one thread at a time. Whoever writes holds a write transaction. Names come folded where
 // they are looked up. A read that fails finds nothing.
 class RegistryDatabase {
@@ -29,9 +36,9 @@ class RegistryDatabase {
   enum class Opening { Existing, Create };
 
   // Create makes the tables in a file that is still empty; the file itself must be there. Null when
-  // it does not open; `problem` is empty when that is because there is no store (yet).
+  // it does not open; `problem` is none when that is because there is no store (yet).
   static std::unique_ptr<RegistryDatabase> Open(const std::filesystem::path& file, Opening opening,
-                                                std::string* problem);
+                                                RegistryProblem* problem);
   ~RegistryDatabase();
   RegistryDatabase(const RegistryDatabase&) = delete;
   RegistryDatabase& operator=(const RegistryDatabase&) = delete;
@@ -50,6 +57,11 @@ class RegistryDatabase {
   bool InTransaction() const { return sqlite3_get_autocommit(connection_) == 0; }
   // The status for a write that just failed.
   RegistryStatus WriteFailure() const;
+  // What went wrong first since the last call, in words; empty when nothing did.
+  std::string TakeFailure();
+  // Reads all of it; false when something of it is damaged. The log stays as it is, also when the
+  // connection is the last to close.
+  bool IsWhole();
 
   std::optional<RegistryKeyId> FindSubKey(RegistryKeyId parent, std::string_view folded);
   std::optional<RegistryKeyId> InsertKey(RegistryKeyId parent, std::string_view folded,
@@ -112,17 +124,21 @@ class RegistryDatabase {
   };
   static const char* TextOf(Sql sql);
 
-  explicit RegistryDatabase(sqlite3* connection) : connection_(connection) {}
+  RegistryDatabase() = default;
 
+  bool OpenFile(const std::filesystem::path& file, Opening opening, RegistryProblem* problem);
   bool Configure();
   bool CreateTables();
   // Reads layout and identity; false when this is no store that we know.
   bool ReadIdentity();
+  bool Execute(const char* sql);
+  RegistryProblem Problem() const;
   SqliteStatement& Prepared(Sql sql);
   bool Run(Sql sql);
   std::optional<Name> OneName(SqliteRun& run);
 
-  sqlite3* connection_;
+  sqlite3* connection_ = nullptr;
+  int failure_ = SQLITE_OK;
   std::filesystem::path file_;
   std::int64_t layout_ = 0;
   std::int64_t storeId_ = 0;

@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <optional>
 #include <string>
 
+#include "platform/linux/damaged_registry.h"
 #include "platform/linux/state_folder.h"
 
 namespace platform {
@@ -49,13 +51,24 @@ std::unique_ptr<RegistryDatabase> RegistryFiles::OpenDatabase(RegistryDatabase::
     const int descriptor = CreateFile(file);
     if (descriptor != kNoDescriptor) close(descriptor);
   }
-  std::string problem;
+  RegistryProblem problem;
   std::unique_ptr<RegistryDatabase> database = RegistryDatabase::Open(file, opening, &problem);
-  if (!problem.empty() && !hasComplained_) {
-    hasComplained_ = true;
-    static_cast<void>(std::fprintf(stderr, "tonalyx: %s: %s\n", file.c_str(), problem.c_str()));
-  }
+  Tell(problem.text);
   return database;
+}
+
+void RegistryFiles::Tell(const std::string& problem) {
+  if (problem.empty()) return;
+  const std::lock_guard lock(telling_);
+  if (!told_.insert(problem).second) return;
+  const std::filesystem::path file = folder_ / kDatabaseName;
+  static_cast<void>(std::fprintf(stderr, "tonalyx: %s: %s\n", file.c_str(), problem.c_str()));
+}
+
+void RegistryFiles::SetDamagedAside() {
+  const std::lock_guard lock(opening_);
+  const std::optional<std::filesystem::path> name = SetDamagedRegistryAside(folder_);
+  if (name) Tell("it is damaged and now called " + name->filename().native());
 }
 
 bool RegistryFiles::HasDatabase() const {

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <set>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -26,12 +28,17 @@ class RegistryFiles {
   const std::filesystem::path& Folder() const { return folder_; }
 
   // A new connection; Create makes the folder and the database when they are missing, open to every
-  // user. Null on failure, of which the first is told on standard error; a store that does not
-  // exist is none.
+  // user. Null on failure, which is told; a store that does not exist is none.
   std::unique_ptr<RegistryDatabase> OpenDatabase(RegistryDatabase::Opening opening);
+
+  // Tells a problem with the database on standard error, each text once; an empty one is none.
+  void Tell(const std::string& problem);
 
   // False when there is surely none.
   bool HasDatabase() const;
+
+  // Puts a damaged database out of the way, which is told.
+  void SetDamagedAside();
 
   // Wakes those who wait for changes, in every process; after a commit.
   void Touch() const;
@@ -45,7 +52,8 @@ class RegistryFiles {
  private:
   std::filesystem::path folder_;
   std::mutex opening_;
-  bool hasComplained_ = false;
+  std::mutex telling_;
+  std::set<std::string> told_;
 };
 
 }  // namespace platform

@@ -19,6 +19,11 @@ void RegistrySession::LeaveWriteScope() {
   if (transaction_ == Transaction::Write) CommitWrites();
   if (!HasScope()) EndRead();
   scopeFailed_ = false;
+  TellFailure();
+}
+
+void RegistrySession::TellFailure() {
+  if (database_ != nullptr) files_.Tell(database_->TakeFailure());
 }
 
 bool RegistrySession::Open(RegistryDatabase::Opening opening) {

@@ -30,7 +30,9 @@ class RegistrySession {
   Result Read(Result missing, Body read) {
     RegistryDatabase* database = BeginReading();
     if (database == nullptr) return missing;
-    return read(*database);
+    Result result = read(*database);
+    TellFailure();
+    return result;
   }
 
   // Calls `write` with the database inside a write transaction, which is kept when it answers
@@ -38,7 +40,9 @@ class RegistrySession {
   template <typename Body>
   RegistryStatus Write(Body write) {
     RegistryDatabase* database = BeginWriting();
-    return database == nullptr ? failure_ : EndWriting(write(*database));
+    const RegistryStatus status = database == nullptr ? failure_ : EndWriting(write(*database));
+    TellFailure();
+    return status;
   }
 
   // Counts a change of a key's values, once in a transaction; FileNotFound when the key is gone.
@@ -57,6 +61,7 @@ class RegistrySession {
   bool BeginWriteTransaction();
   bool CommitWrites();
   void EndRead();
+  void TellFailure();
 
   RegistryFiles& files_;
   std::unique_ptr<RegistryDatabase> database_;

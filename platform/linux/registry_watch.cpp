@@ -184,6 +184,7 @@ std::vector<RegistryWatch::Count> RegistryWatch::CountChanges(
     if (changes.result == SqliteStep::Row) counts.push_back({key, changes.count});
     if (changes.result == SqliteStep::Done) counts.push_back({key, std::nullopt});
   }
+  if (isOpen) files_.Tell(database_->TakeFailure());
   return counts;
 }
 

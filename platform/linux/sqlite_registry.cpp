@@ -144,6 +144,10 @@ RegistryStatus SqliteRegistry::RemoveTree(RegistryRoot root, std::u16string_view
   });
 }
 
+void SqliteRegistry::SetDamagedAside() {
+  store_->files.SetDamagedAside();
+}
+
 std::unique_ptr<RegistryScope> SqliteRegistry::BeginRead() {
   return std::make_unique<SqliteRegistryScope>(store_, SqliteRegistryScope::Kind::Read);
 }

@@ -11,8 +11,8 @@ namespace platform {
 
 struct RegistryStore;
 
-// Reads never make the folder or the database; the first write does. A database that cannot be
-// opened is told once on standard error; reads then find nothing and writes fail. Waiting for
+// Reads never make the folder or the database; the first write does. What goes wrong with
+// the database is told once on standard error; reads then find nothing and writes fail. Waiting for
 // another process's write is bounded. Opened keys and scopes keep what they need alive.
 class SqliteRegistry : public Registry {
  public:
@@ -28,6 +28,7 @@ class SqliteRegistry : public Registry {
                                          RegistryDisposition* disposition = nullptr,
                                          std::u16string_view sddl = {}) override;
   RegistryStatus RemoveTree(RegistryRoot root, std::u16string_view path) override;
+  void SetDamagedAside() override;
   std::unique_ptr<RegistryScope> BeginRead() override;
   std::unique_ptr<RegistryScope> BeginWrite() override;
 

@@ -2,8 +2,11 @@
 
 namespace platform {
 
-SqliteStatement::SqliteStatement(sqlite3* database, const char* sql) {
-  sqlite3_prepare_v3(database, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement_, nullptr);
+SqliteStatement::SqliteStatement(sqlite3* database, const char* sql, int* failure)
+    : failure_(failure) {
+  const int code =
+      sqlite3_prepare_v3(database, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement_, nullptr);
+  if (code != SQLITE_OK) Fail(code);
 }
 
 SqliteStatement::~SqliteStatement() {

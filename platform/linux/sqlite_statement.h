@@ -12,25 +12,31 @@ namespace platform {
 
 enum class SqliteStep { Row, Done, Failed };
 
-// Prepared for many runs. A statement that could not be prepared fails in every run.
+// Prepared for many runs. A statement that could not be prepared fails in every run. The result
+// code of a failure goes to `failure`, unless an earlier one still waits there.
 class SqliteStatement {
  public:
-  SqliteStatement(sqlite3* database, const char* sql);
+  SqliteStatement(sqlite3* database, const char* sql, int* failure);
   ~SqliteStatement();
   SqliteStatement(const SqliteStatement&) = delete;
   SqliteStatement& operator=(const SqliteStatement&) = delete;
 
   sqlite3_stmt* Native() const { return statement_; }
+  void Fail(int code) const {
+    if (*failure_ == SQLITE_OK) *failure_ = code;
+  }
 
  private:
   sqlite3_stmt* statement_ = nullptr;
+  int* failure_;
 };
 
 // One run; the statement is free again when it ends. Parameters count from 1, columns from 0. What
 // was bound must outlive the run; what a column gives is valid until the next step.
 class SqliteRun {
  public:
-  explicit SqliteRun(const SqliteStatement& statement) : statement_(statement.Native()) {}
+  explicit SqliteRun(const SqliteStatement& statement)
+      : prepared_(statement), statement_(statement.Native()) {}
   ~SqliteRun() { sqlite3_reset(statement_); }
   SqliteRun(const SqliteRun&) = delete;
   SqliteRun& operator=(const SqliteRun&) = delete;
@@ -49,7 +55,9 @@ class SqliteRun {
   SqliteStep Step() {
     const int code = sqlite3_step(statement_);
     if (code == SQLITE_ROW) return SqliteStep::Row;
-    return code == SQLITE_DONE ? SqliteStep::Done : SqliteStep::Failed;
+    if (code == SQLITE_DONE) return SqliteStep::Done;
+    if (statement_ != nullptr) prepared_.Fail(code);
+    return SqliteStep::Failed;
   }
 
   std::int64_t Number(int column) const { return sqlite3_column_int64(statement_, column); }
@@ -61,6 +69,7 @@ class SqliteRun {
   }
 
  private:
+  const SqliteStatement& prepared_;
   sqlite3_stmt* statement_;
 };
 
