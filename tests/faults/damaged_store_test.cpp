@@ -43,12 +43,12 @@ std::vector<std::string> Databases(const Machine& machine) {
 class DamagedStoreTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    installed_ = std::make_unique<support::Tree>(InstalledTree());
-    machine_ = std::make_unique<Machine>();
+    installed_ = std::make_unique<support::Tree>(InstalledTree(Tuning::Small));
+    machine_ = std::make_unique<Machine>(Tuning::Small);
     machine_->PutTuning();
     ASSERT_EQ(machine_->Install().exitStatus, 0);
     whole_ = std::make_unique<std::string>(ReadFile(machine_->Database()));
-    ASSERT_GT(whole_->size(), 100 * kPage);
+    ASSERT_GT(whole_->size(), 20 * kPage);
   }
   static void TearDownTestSuite() {
     installed_.reset();
@@ -101,7 +101,7 @@ std::vector<Damage> Damages() {
       {"the last page",
        [](std::string bytes) { return bytes.replace(bytes.size() - kPage, kPage, kPage, '\0'); }}};
   for (const std::size_t left : {std::size_t{2}, std::size_t{15}, std::size_t{99}, std::size_t{100},
-                                 std::size_t{511}, kPage - 1, kPage, kPage + 1, 50 * kPage}) {
+                                 std::size_t{511}, kPage - 1, kPage, kPage + 1, 20 * kPage}) {
     damages.push_back({"cut to " + std::to_string(left),
                        [left](const std::string& bytes) { return bytes.substr(0, left); }});
   }

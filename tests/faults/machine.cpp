@@ -17,23 +17,28 @@ namespace fs = std::filesystem;
 
 const fs::path kPrograms = TONALYX_BIN_DIR;
 
+constexpr std::string_view kSmallTuning = R"({ "version": "0x0100", "ssid": "0x00000000",
+  "routes": [ { "guid": "{DFF21CE1-F70F-11D0-B917-00A0C9223196}",
+    "settings": [ { "Param6": 0.25, "Param118": 1 }, { "Param6": 0.75, "Param232": 0.5 } ] } ] })";
+
 void Require(const support::ProcessResult& result) {
   if (result.exitStatus != 0) throw std::runtime_error(result.errors);
 }
 
 }  // namespace
 
-Machine::Machine() : Machine(fs::path()) {}
-
-Machine::Machine(fs::path state) : state_(std::move(state)) {
-  if (state_.empty()) state_ = Folder() / "state";
+Machine::Machine(Tuning tuning) : state_(Folder() / "state") {
   const fs::path laptop = Folder() / "laptop.json";
   environment_ = {{"TONALYX_ROOT", state_.native()}, {"TONALYX_LAPTOP", laptop.native()}};
   fs::create_directory(Folder() / "program");
   fs::copy_file(kPrograms / "tonalyx", Folder() / "program/tonalyx");
   Require(RunTool("laptopctl", {laptop.native(), "new", "layers"}));
-  Require(RunTool("vtdmake", {TONALYX_SOURCE_DIR "/resources/samples/sample.json",
-                              (Folder() / "tuning").native()}));
+  fs::path description = TONALYX_SOURCE_DIR "/resources/samples/sample.json";
+  if (tuning == Tuning::Small) {
+    description = Folder() / "small.json";
+    WriteFile(description, kSmallTuning);
+  }
+  Require(RunTool("vtdmake", {description.native(), (Folder() / "tuning").native()}));
 }
 
 void Machine::PutTuning() const {
@@ -69,8 +74,8 @@ void Machine::RemoveState() const {
   fs::remove_all(state_);
 }
 
-support::Tree InstalledTree() {
-  const Machine machine;
+support::Tree InstalledTree(Tuning tuning) {
+  const Machine machine(tuning);
   machine.PutTuning();
   Require(machine.Install());
   return machine.Stored();

@@ -16,11 +16,13 @@ namespace faults {
 
 inline constexpr std::u16string_view kVendor = u"SOFTWARE\\Norvane";
 
+// Whole is the sample's, four routes with six settings each; Small has one route with two.
+enum class Tuning { Small, Whole };
+
 class Machine {
  public:
-  // The state folder is made by the program unless somebody makes it before; it may lie elsewhere.
-  Machine();
-  explicit Machine(std::filesystem::path state);
+  // The state folder is made by the program unless somebody makes it before.
+  explicit Machine(Tuning tuning);
 
   const std::filesystem::path& Folder() const { return folder_.Path(); }
   const std::filesystem::path& State() const { return state_; }
@@ -47,7 +49,7 @@ class Machine {
 };
 
 // What a machine's store holds after an installation.
-support::Tree InstalledTree();
+support::Tree InstalledTree(Tuning tuning);
 
 // Where two trees first differ; empty when they are equal.
 std::string FirstDifference(const support::Tree& left, const support::Tree& right);

@@ -1,0 +1,234 @@
+// A state folder that is full, cannot be written to or cannot be made: whoever uses it goes on,
+// says why once, and what was stored stays.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "dsp/eq_model.h"
+#include "platform/linux/posix_files.h"
+#include "platform/linux/sqlite_registry.h"
+#include "platform/text.h"
+#include "store/parameter_store.h"
+#include "store/registry_layout.h"
+#include "store/user_settings_file.h"
+#include "tests/faults/machine.h"
+#include "tests/faults/private_mounts.h"
+#include "tests/faults/rounds.h"
+#include "tests/support/forked_process.h"
+
+namespace faults {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::u16string_view kRoute = u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}";
+constexpr int kEnough = 16 * 1024;  // kilobytes
+
+class FullDiskTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    mayMount_ = LeaveCommonMounts();
+    installed_ = std::make_unique<support::Tree>(InstalledTree(Tuning::Small));
+  }
+  static void TearDownTestSuite() { installed_.reset(); }
+
+  void SetUp() override {
+    if (!mayMount_) GTEST_SKIP() << "only root can make a small disk";
+    disk_ = std::make_unique<SmallDisk>(machine_.State(), kEnough);
+  }
+
+  void Install() {
+    machine_.PutTuning();
+    ASSERT_EQ(machine_.Install().exitStatus, 0);
+    ASSERT_EQ(FirstDifference(machine_.Stored(), *installed_), "");
+  }
+
+  // Writes until nothing more fits.
+  void Fill() {
+    const int file = open((machine_.State() / "filling").c_str(), O_WRONLY | O_CREAT, 0600);
+    const std::string block(512, 'x');
+    while (write(file, block.data(), block.size()) > 0) {
+    }
+    close(file);
+  }
+
+  support::ProcessResult Add(const std::string& data) {
+    return machine_.RunTool("regtool",
+                            {"add", "HKLM\\SOFTWARE\\Norvane\\Other", "/v", "a", "/d", data, "/f"});
+  }
+  support::ProcessResult Query() {
+    return machine_.RunTool("regtool", {"query", "HKLM\\SOFTWARE\\Norvane\\Other", "/v", "a"});
+  }
+
+  static inline bool mayMount_ = false;
+  static inline std::unique_ptr<support::Tree> installed_;
+  Machine machine_{Tuning::Small};
+  std::unique_ptr<SmallDisk> disk_;
+};
+
+// Every value that is there is the one that was meant.
+void ExpectPartOf(const support::Tree& stored, const support::Tree& whole) {
+  for (const auto& [path, value] : stored) {
+    const auto expected = whole.find(path);
+    ASSERT_NE(expected, whole.end()) << platform::ToUtf8(path);
+    EXPECT_TRUE(value == expected->second) << platform::ToUtf8(path);
+  }
+}
+
+TEST_F(FullDiskTest, TheInstallerEndsAndTheNextOneCompletes) {
+  std::mt19937 random = Random();
+  for (int round = 0; round < Rounds(); ++round) {
+    const int size = 4 * Between(random, 1, 200);
+    SCOPED_TRACE(std::to_string(size) + " kilobytes");
+    disk_.reset();
+    disk_ = std::make_unique<SmallDisk>(machine_.State(), size);
+    machine_.PutTuning();
+    const support::ProcessResult result = machine_.Install();
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_LE(Complaints(result.errors), 1) << result.errors;
+    disk_->Resize(kEnough);
+    const support::Tree stored = machine_.Stored();
+    ExpectPartOf(stored, *installed_);
+    if (result.errors.empty()) {
+      EXPECT_EQ(FirstDifference(stored, *installed_), "");
+    }
+    Install();
+  }
+}
+
+TEST_F(FullDiskTest, WritersFailWithOneLineAndNothingIsLost) {
+  Install();
+  ASSERT_EQ(Add("before").exitStatus, 0);
+  Fill();
+  const support::ProcessResult refused = Add(std::string(100'000, 'x'));
+  EXPECT_EQ(refused.exitStatus, 1);
+  EXPECT_EQ(Complaints(refused.errors), 1) << refused.errors;
+  // Who opens the store first makes its companions, for which there is no room either.
+  const support::ProcessResult read = Query();
+  EXPECT_EQ(read.exitStatus, 1);
+  EXPECT_EQ(Complaints(read.errors), 1) << read.errors;
+
+  fs::remove(machine_.State() / "filling");
+  EXPECT_THAT(Query().output, testing::HasSubstr("before"));
+  EXPECT_EQ(Add("after").exitStatus, 0);
+  EXPECT_THAT(Query().output, testing::HasSubstr("after"));
+}
+
+TEST_F(FullDiskTest, AnOpenPanelGoesOnWhenThereIsRoomAgain) {
+  Install();
+  std::mt19937 random = Random();
+  platform::SqliteRegistry registry(machine_.State());
+  store::ParameterStore set;
+  ASSERT_TRUE(store::LoadActiveSet(registry, kRoute, set));
+  testing::internal::CaptureStderr();
+  const auto stored = [&] {
+    store::ParameterStore read;
+    EXPECT_TRUE(store::LoadActiveSet(registry, kRoute, read));
+    return read.values;
+  };
+  for (int round = 0; round < Rounds(); ++round) {
+    SCOPED_TRACE(round);
+    Fill();
+    const auto before = stored();
+    // Until the log has no room left for one more.
+    auto values = before;
+    for (int edit = 0; edit < 300 && stored() == values; ++edit) {
+      values.fill(static_cast<float>(Between(random, 0, 1000)));
+      set.values = values;
+      set.committed.fill(-1.0F);
+      static_cast<void>(store::CommitChanges(registry, set));
+    }
+    const auto left = stored();
+    EXPECT_NE(left, values) << "the disk was never full";
+    fs::remove(machine_.State() / "filling");
+    set.committed.fill(-1.0F);
+    EXPECT_TRUE(store::CommitChanges(registry, set));
+    EXPECT_EQ(stored(), values);
+  }
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(Complaints(told), 1) << told;
+}
+
+TEST_F(FullDiskTest, ASettingsFileIsRefusedOrWhole) {
+  platform::PosixFileSystem files(machine_.State());
+  const std::u16string file = platform::FromUtf8((machine_.State() / "mine.tus").native());
+  store::ParameterStore set;
+  set.values.fill(0.5F);
+  Fill();
+  EXPECT_NE(store::WriteUserSettingsFile(files, file, set), store::UserSettingsResult::Success);
+  store::ParameterStore loaded;
+  loaded.values.fill(0.25F);
+  EXPECT_NE(store::ReadUserSettingsFile(files, file, loaded), store::UserSettingsResult::Success);
+  EXPECT_EQ(loaded.values[dsp::ParameterIndex(dsp::kBassAmount)], 0.25F);
+}
+
+TEST_F(FullDiskTest, AReadOnlyFolderIsLeftAlone) {
+  Install();
+  ASSERT_EQ(Add("before").exitStatus, 0);
+  const std::string database = ReadFile(machine_.Database());
+  disk_->MakeReadOnly(kEnough);
+  const support::ProcessResult read = Query();
+  EXPECT_LE(read.exitStatus, 1);
+  EXPECT_LE(Complaints(read.errors), 1) << read.errors;
+  const support::ProcessResult written = Add("after");
+  EXPECT_EQ(written.exitStatus, 1);
+  EXPECT_EQ(Complaints(written.errors), 1) << written.errors;
+  machine_.PutTuning();
+  const support::ProcessResult installed = machine_.Install();
+  EXPECT_EQ(installed.exitStatus, 0);
+  EXPECT_EQ(Complaints(installed.errors), 1) << installed.errors;
+  EXPECT_TRUE(ReadFile(machine_.Database()) == database);
+
+  disk_->Resize(kEnough);
+  EXPECT_THAT(Query().output, testing::HasSubstr("before"));
+}
+
+TEST_F(FullDiskTest, AFolderThatCannotBeMadeIsToldOnce) {
+  disk_->MakeReadOnly(kEnough);
+  const fs::path state = machine_.State() / "a/b";
+  const auto call = [&](const std::vector<std::string>& command) {
+    return support::RunProcess(command,
+                               {{"TONALYX_ROOT", state.native()},
+                                {"TONALYX_LAPTOP", machine_.Environment().at("TONALYX_LAPTOP")}});
+  };
+  const support::ProcessResult read = call({TONALYX_BIN_DIR "/regtool", "query", "HKLM\\a"});
+  EXPECT_EQ(read.exitStatus, 1);
+  EXPECT_EQ(Complaints(read.errors), 0) << "there is nothing yet, which is no fault";
+  machine_.PutTuning();
+  const support::ProcessResult installed = call(machine_.InstallCommand());
+  EXPECT_EQ(installed.exitStatus, 0);
+  EXPECT_EQ(Complaints(installed.errors), 1) << installed.errors;
+}
+
+// A folder of another user's, as it is without the installer.
+TEST_F(FullDiskTest, AFolderWithoutRightsIsToldOnce) {
+  Install();
+  fs::permissions(machine_.State(), fs::perms(0755));
+  for (const auto& entry : fs::directory_iterator(machine_.State())) {
+    fs::permissions(entry.path(), fs::perms(0644));
+  }
+  fs::permissions(machine_.Folder(), fs::perms(0755));
+  const std::string database = ReadFile(machine_.Database());
+  support::ForkedProcess user([&](const support::Line&) {
+    constexpr uid_t kNobody = 65534;
+    if (setgid(kNobody) != 0 || setuid(kNobody) != 0) _exit(1);
+    testing::internal::CaptureStderr();
+    platform::SqliteRegistry registry(machine_.State());
+    store::ParameterStore set;
+    static_cast<void>(store::LoadActiveSet(registry, kRoute, set));
+    set.pathKey = kRoute;
+    set.values.fill(0.125F);
+    static_cast<void>(store::CommitChanges(registry, set));
+    if (Complaints(testing::internal::GetCapturedStderr()) != 1) _exit(1);
+  });
+  EXPECT_TRUE(user.Join());
+  EXPECT_TRUE(ReadFile(machine_.Database()) == database);
+}
+
+}  // namespace
+}  // namespace faults
