@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <thread>
@@ -202,9 +203,22 @@ void X11Desktop::Drag(ScreenPoint from, ScreenPoint to, int steps) {
   ReleaseButton();
 }
 
+void X11Desktop::Scroll(int steps) {
+  const unsigned button = steps > 0 ? 4 : 5;
+  for (int step = 0; step < std::abs(steps); ++step) {
+    XTestFakeButtonEvent(impl_->display, button, True, 0);
+    XTestFakeButtonEvent(impl_->display, button, False, 0);
+  }
+  XSync(impl_->display, False);
+}
+
 void X11Desktop::PressKey(const std::string& key) {
   // The keyboard follows the active window a moment later.
   std::this_thread::sleep_for(milliseconds(150));
+  PressKeyAtOnce(key);
+}
+
+void X11Desktop::PressKeyAtOnce(const std::string& key) {
   const std::string modifier = "Alt+";
   if (!key.starts_with(modifier)) {
     impl_->Key(XStringToKeysym(key.c_str()), false);

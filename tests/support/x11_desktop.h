@@ -57,9 +57,13 @@ class X11Desktop {
   void ReleaseButton();
   void Click(int x, int y);
   void Drag(ScreenPoint from, ScreenPoint to, int steps);
+  // The wheel, away from the user for positive steps.
+  void Scroll(int steps);
   // A key by its X name ("Escape", "Return", "a"), "Alt+" before it for the modifier; it goes
   // wherever the focus is.
   void PressKey(const std::string& key);
+  // The same without giving the keyboard time to follow a window.
+  void PressKeyAtOnce(const std::string& key);
   void Type(const std::string& text);
 
   // 0xRRGGBB at a screen position.
