@@ -20,10 +20,6 @@ std::u16string HertzText(std::int32_t hertz) {
   return FromAscii(std::to_string(hertz)) + u" Hz";
 }
 
-float DecibelsFromSlider(std::int32_t slider) {
-  return static_cast<float>(slider) / 10.0F;
-}
-
 }  // namespace
 
 float FrequencyFromSlider(std::int32_t slider) {
@@ -44,6 +40,14 @@ float GainFromSlider(std::int32_t slider) {
 
 float GainFromDecibels(float decibels) {
   return std::pow(10.0F, decibels / 20.0F);
+}
+
+float DecibelsFromSlider(std::int32_t slider) {
+  return static_cast<float>(slider) / 10.0F;
+}
+
+std::int32_t DecibelsToSlider(float decibels) {
+  return TruncateToInt32(std::floor(decibels * 10.0F + 0.5F));
 }
 
 std::int32_t GainToSlider(float gain) {
@@ -80,6 +84,10 @@ float AmountFromKnob(std::int32_t knob) {
 
 std::int32_t AmountToKnob(float amount) {
   return TruncateToInt32(amount * 100.0F);
+}
+
+std::u16string AmountText(std::int32_t knob) {
+  return FromAscii(std::to_string(knob)) + u"%";
 }
 
 }  // namespace dsp

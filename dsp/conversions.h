@@ -17,6 +17,8 @@ std::u16string FrequencyText(std::int32_t slider);  // "1000 Hz"
 // Gain slider: tenths of a dB, -120 to +120. Stored gains are linear factors.
 float GainFromSlider(std::int32_t slider);
 float GainFromDecibels(float decibels);
+float DecibelsFromSlider(std::int32_t slider);
+std::int32_t DecibelsToSlider(float decibels);  // rounds to the nearest tenth
 // Truncation may show a stored gain one step nearer to 0 dB.
 std::int32_t GainToSlider(float gain);
 std::u16string GainText(std::int32_t slider);  // "+0.1 dB", "0.0 dB", "-3.0 dB"
@@ -31,5 +33,6 @@ std::u16string BandwidthText(std::int32_t frequencySlider, std::int32_t bandwidt
 float AmountFromKnob(std::int32_t knob);
 // Truncation may show a stored amount one step lower.
 std::int32_t AmountToKnob(float amount);
+std::u16string AmountText(std::int32_t knob);  // "50%"
 
 }  // namespace dsp

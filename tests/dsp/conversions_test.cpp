@@ -84,6 +84,15 @@ TEST(Conversions, TwoKnobValuesComeBackOneStepLower) {
   EXPECT_EQ(AmountFromKnob(100), 1.0F);
 }
 
+TEST(Conversions, DecibelsRoundToTheNearestTenth) {
+  for (std::int32_t slider = -120; slider <= 120; ++slider) {
+    EXPECT_EQ(DecibelsToSlider(DecibelsFromSlider(slider)), slider);
+  }
+  EXPECT_EQ(DecibelsToSlider(-3.04F), -30);
+  EXPECT_EQ(DecibelsToSlider(-3.06F), -31);
+  EXPECT_EQ(DecibelsToSlider(3.06F), 31);
+}
+
 TEST(Conversions, ImpossibleValuesStopAtTheIntegersEnds) {
   EXPECT_EQ(FrequencyToSlider(kNan), 0);
   EXPECT_EQ(FrequencyToSlider(kInfinity), kIntMax);
@@ -93,6 +102,8 @@ TEST(Conversions, ImpossibleValuesStopAtTheIntegersEnds) {
   EXPECT_EQ(GainToSlider(0.0F), kIntMin);
   EXPECT_EQ(GainToSlider(-1.0F), 0);
   EXPECT_EQ(GainToSlider(kInfinity), kIntMax);
+  EXPECT_EQ(DecibelsToSlider(-kInfinity), kIntMin);
+  EXPECT_EQ(DecibelsToSlider(kNan), 0);
   EXPECT_EQ(QToSlider(kNan), 51);
   EXPECT_EQ(QToSlider(kInfinity), 51 - kIntMax);
   EXPECT_EQ(QToSlider(-kInfinity), kIntMax);
