@@ -46,6 +46,7 @@ class Dialog : public Window {
   virtual void OnCancel() { EndDialog(kIdCancel); }
 
   LResult WindowProc(std::uint32_t message, WParam wParam, LParam lParam) override;
+  AccessibleInfo DescribeAccessible(std::int32_t part) const override;
 
  private:
   const DialogTemplate& template_;

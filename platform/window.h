@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/accessible.h"
 #include "platform/drawing.h"
 #include "platform/geometry.h"
 #include "platform/window_messages.h"
@@ -78,17 +79,33 @@ class Window {
   // Icon resource for the big and the small window icon.
   void SetIcon(std::uint16_t iconResource);
 
+  // What assistive technology is told; `part` is kAccessibleSelf or a part's number.
+  AccessibleInfo Accessible(std::int32_t part) const;
+  // Replaces what the window says of itself.
+  void Annotate(AccessibleAnnotation annotation);
+  virtual std::int32_t AccessiblePartCount() const { return 0; }
+  // What a click on it does. Asked for only while a click could reach it.
+  virtual void DoDefaultAction(std::int32_t /*part*/) {}
+  // What moving it to the place next to this value does; asked for under the same condition.
+  // `value` is a finite number.
+  virtual void PutAccessibleValue(std::int32_t /*part*/, double /*value*/) {}
+
   Impl& Native() { return *impl_; }
+  const Impl& Native() const { return *impl_; }
 
  protected:
   // Called once when the window has been made and has its size, before its first message.
   virtual void PreSubclassWindow() {}
   // Every message arrives here; what a class does not handle it hands to its base.
   virtual LResult WindowProc(std::uint32_t message, WParam wParam, LParam lParam);
+  // Called for parts that AccessiblePartCount counts, and for the window, whose name is its text
+  // unless a class knows a better one.
+  virtual AccessibleInfo DescribeAccessible(std::int32_t part) const;
 
  private:
   friend struct WindowAccess;
   std::unique_ptr<Impl> impl_;
+  AccessibleAnnotation annotation_;
 };
 
 // The drawing surface of a window while it handles kPaint; outside of it nothing is drawn.
@@ -108,10 +125,14 @@ class PaintContext {
 // An owner-drawn push button or check box: a click (press and release inside, or the space key with
 // focus) sends kCommand with kNotifyClicked to the parent; the check state is the class's own.
 class Button : public Window {
+ public:
+  void DoDefaultAction(std::int32_t part) override;
+
  protected:
   // Draws the whole button in its present state.
   virtual void DrawItem(Graphics& graphics, const Rect& item) = 0;
   LResult WindowProc(std::uint32_t message, WParam wParam, LParam lParam) override;
+  AccessibleInfo DescribeAccessible(std::int32_t part) const override;
 };
 
 }  // namespace platform

@@ -3,6 +3,7 @@
 #include <QScreen>
 #include <utility>
 
+#include "platform/linux/accessible_window.h"
 #include "platform/linux/x11.h"
 
 namespace platform {
@@ -36,6 +37,11 @@ class CallEvent : public QEvent {
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv), dpi_(ReadScreenDpi()) {
   setQuitOnLastWindowClosed(false);
+  QAccessible::installFactory(MakeAccessibleInterface);
+}
+
+Application::~Application() {
+  QAccessible::removeFactory(MakeAccessibleInterface);
 }
 
 Application* Application::Current() {

@@ -13,6 +13,7 @@ namespace platform {
 class Application : public QApplication {
  public:
   Application(int& argc, char** argv);
+  ~Application() override;
 
   // Null when there is no session.
   static Application* Current();

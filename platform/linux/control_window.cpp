@@ -31,6 +31,7 @@ ControlWindow::ControlWindow(Window& window, NativeWindow& parent, const DialogC
 void ControlWindow::SetText(std::u16string_view text) {
   text_ = text;
   Invalidate(Erase::Yes);
+  NotifyAccessible(Target(), AccessibleChange::Name);
 }
 
 void ControlWindow::keyPressEvent(QKeyEvent* event) {

@@ -180,4 +180,10 @@ LResult Dialog::WindowProc(std::uint32_t message, WParam wParam, LParam lParam) 
   return Window::WindowProc(message, wParam, lParam);
 }
 
+AccessibleInfo Dialog::DescribeAccessible(std::int32_t part) const {
+  AccessibleInfo info = Window::DescribeAccessible(part);
+  if (part == kAccessibleSelf) info.role = AccessibleRole::Dialog;
+  return info;
+}
+
 }  // namespace platform

@@ -94,7 +94,7 @@ void DialogWindow::OpenSystemMenu(const QPoint& screen) {
 void DialogWindow::OpenSystemMenuLater(const QPoint& screen) {
   Application::Current()->CallLater([handle = Handle(), screen] {
     auto* window = static_cast<DialogWindow*>(WindowTable::Instance().Find(handle));
-    if (window != nullptr) window->OpenSystemMenu(screen);
+    if (window != nullptr && !window->HasEnded()) window->OpenSystemMenu(screen);
   });
 }
 

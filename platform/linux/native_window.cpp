@@ -84,6 +84,7 @@ void NativeWindow::SetAcceptsInput(bool accepts) {
   if (acceptsInput_ == accepts) return;
   acceptsInput_ = accepts;
   Invalidate(Erase::No);
+  NotifyAccessible(window_, AccessibleChange::Enabling);
 }
 
 void NativeWindow::StartMessageTimer(std::uint32_t id, std::uint32_t milliseconds) {

@@ -2,6 +2,7 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <utility>
 
 #include "platform/linux/drawing_impl.h"
 
@@ -43,6 +44,20 @@ void SkinnedWindow::paintEvent(QPaintEvent* event) {
 
 void SkinnedWindow::resizeEvent(QResizeEvent*) {
   Invalidate(Erase::Yes);
+  TellWhatIsReached();
+}
+
+// A dialog that changes its height uncovers controls or leaves them outside. What the event says of
+// the size before need not be true where the window manager answers late.
+void SkinnedWindow::TellWhatIsReached() {
+  const QRect before = std::exchange(reached_, rect());
+  for (const QObject* child : children()) {
+    const auto* control = dynamic_cast<const NativeWindow*>(child);
+    if (control == nullptr) continue;
+    const QRect place = control->geometry();
+    if (before.intersects(place) == rect().intersects(place)) continue;
+    NotifyAccessible(control->Target(), AccessibleChange::Visibility);
+  }
 }
 
 }  // namespace platform

@@ -20,8 +20,11 @@ class SkinnedWindow : public DialogWindow {
   void EraseBackground() override;
 
  private:
+  void TellWhatIsReached();
+
   // The erased background of the client area; every paint begins with it.
   std::unique_ptr<Bitmap> background_;
+  QRect reached_;  // the client area at the last look
 };
 
 }  // namespace platform

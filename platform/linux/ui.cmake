@@ -4,6 +4,7 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
 pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
 
 set(ui_sources
+  accessible_element accessible_part accessible_value accessible_window
   application browser control_window dialog dialog_units dialog_window
   drawing_bitmap drawing_graphics drawing_path drawing_shapes drawing_text file_dialog file_filter
   font_face image_scaling layered_window menus message_box message_icons mouse_router native_window
