@@ -59,6 +59,7 @@ void CFreqPlot::EvaluateResponse(dsp::ConstParameterValues values,
   dsp::MapResponseToPlot(Mapping(), data_);
   Invalidate(Erase::Yes);
   Update();
+  spoken_.Announce(*this, State());
 }
 
 dsp::PlotMapping CFreqPlot::Mapping() const {
@@ -78,17 +79,26 @@ LResult CFreqPlot::OnPaint(WParam /*wParam*/, LParam /*lParam*/) {
 }
 
 LResult CFreqPlot::OnLeftButtonDown(WParam /*wParam*/, LParam lParam) {
-  const auto& image = selectedMarkerImage_.Image();
-  const auto band = BandAt(Mapping(), data_.bandMarkers, image ? SizeOf(*image) : platform::Size{},
-                           platform::PointFromLParam(lParam));
+  const auto band =
+      BandAt(Mapping(), data_.bandMarkers, MarkerSize(), platform::PointFromLParam(lParam));
   if (!band) return 0;
-  if (*band != selectedBand_) {
-    platform::PostToWindow(Parent(), kBandSelectedMessage, static_cast<WParam>(*band), 0);
-  }
-  selectedBand_ = *band;
+  PressBand(*band);
   dragging_ = true;
-  Invalidate(Erase::Yes);
   return 0;
+}
+
+void CFreqPlot::PressBand(std::int32_t band) {
+  if (band != selectedBand_) {
+    platform::PostToWindow(Parent(), kBandSelectedMessage, static_cast<WParam>(band), 0);
+  }
+  selectedBand_ = band;
+  Invalidate(Erase::Yes);
+  spoken_.Announce(*this, State());
+}
+
+platform::Size CFreqPlot::MarkerSize() const {
+  const auto& image = selectedMarkerImage_.Image();
+  return image ? SizeOf(*image) : platform::Size{};
 }
 
 LResult CFreqPlot::OnLeftButtonUp(WParam /*wParam*/, LParam /*lParam*/) {
@@ -119,8 +129,23 @@ void CFreqPlot::Render() {
     PaintPlotGrid(*staticLayer_, mapping, labelFont_, redAccent);
   }
   PaintPlot(*offscreen_, *staticLayer_, mapping,
-            {selectedMarkerImage_.Image(), activeMarkerImage_, inactiveMarkerImage_},
-            {data_, selectedBand_, redAccent});
+            {selectedMarkerImage_.Image(), activeMarkerImage_, inactiveMarkerImage_}, State());
+}
+
+platform::AccessibleInfo CFreqPlot::DescribeAccessible(std::int32_t part) const {
+  if (part == platform::kAccessibleSelf) {
+    platform::AccessibleInfo info = Window::DescribeAccessible(part);
+    info.role = platform::AccessibleRole::Chart;
+    return info;
+  }
+  platform::AccessibleInfo info = DescribeBand(State(), part);
+  info.area =
+      MarkerHitBox(Mapping(), data_.bandMarkers[static_cast<std::size_t>(part) - 1], MarkerSize());
+  return info;
+}
+
+void CFreqPlot::DoDefaultAction(std::int32_t part) {
+  if (dsp::IsBandNumber(part)) PressBand(part);
 }
 
 }  // namespace ui

@@ -12,6 +12,8 @@
 #include "platform/drawing.h"
 #include "platform/window.h"
 #include "ui/controls/accent_dot.h"
+#include "ui/controls/plot_painter.h"
+#include "ui/controls/spoken_bands.h"
 
 namespace ui {
 
@@ -38,9 +40,14 @@ class CFreqPlot : public platform::Window {
   // The next repaint shows it. A number outside 1 to 10 selects no marker.
   void SetSelectedBand(std::int32_t band) { selectedBand_ = band; }
 
+  // The markers are parts, each with its band's number.
+  std::int32_t AccessiblePartCount() const override { return dsp::kBandCount; }
+  void DoDefaultAction(std::int32_t part) override;
+
  protected:
   platform::LResult WindowProc(std::uint32_t message, platform::WParam wParam,
                                platform::LParam lParam) override;
+  platform::AccessibleInfo DescribeAccessible(std::int32_t part) const override;
 
  private:
   platform::LResult OnEraseBackground(platform::WParam wParam, platform::LParam lParam);
@@ -50,6 +57,9 @@ class CFreqPlot : public platform::Window {
   platform::LResult OnMouseMove(platform::WParam wParam, platform::LParam lParam);
 
   dsp::PlotMapping Mapping() const;
+  PlotState State() const { return {data_, selectedBand_, redAccent}; }
+  platform::Size MarkerSize() const;
+  void PressBand(std::int32_t band);
   void Render();
 
   float dpiScale_;
@@ -63,6 +73,7 @@ class CFreqPlot : public platform::Window {
   dsp::ResponsePlotData data_;
   std::int32_t selectedBand_ = 1;
   bool dragging_ = false;
+  SpokenBands spoken_;
 };
 
 }  // namespace ui

@@ -21,6 +21,12 @@ void CPngButton::DrawItem(platform::Graphics& graphics, const platform::Rect& /*
   graphics.DrawImage(picture, 0, 0);
 }
 
+platform::AccessibleInfo CPngButton::DescribeAccessible(std::int32_t part) const {
+  platform::AccessibleInfo info = Button::DescribeAccessible(part);
+  if (!showImage) info.visibility = platform::AccessibleVisibility::Hidden;
+  return info;
+}
+
 void PaintImageButton(platform::Bitmap& target, const BackgroundCopy& background,
                       const platform::Bitmap* image) {
   platform::Graphics graphics(target);

@@ -3,6 +3,7 @@
 // User-interface thread only. Clicks reach the parent as kNotifyClicked.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 
 #include "platform/drawing.h"
@@ -25,6 +26,7 @@ class CPngButton : public platform::Button {
 
  protected:
   void DrawItem(platform::Graphics& graphics, const platform::Rect& item) override;
+  platform::AccessibleInfo DescribeAccessible(std::int32_t part) const override;
 
  private:
   std::optional<platform::Bitmap> image_;

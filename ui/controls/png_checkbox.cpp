@@ -43,8 +43,10 @@ LResult CPngCheckbox::WindowProc(std::uint32_t message, WParam wParam, LParam lP
 }
 
 LResult CPngCheckbox::OnSetCheck(WParam wParam, LParam /*lParam*/) {
+  const bool wasChecked = checked_;
   checked_ = wParam == kCheckedState;
   Invalidate(platform::Erase::Yes);
+  if (checked_ != wasChecked) NotifyAccessible(*this, platform::AccessibleChange::Check);
   return 0;
 }
 
@@ -59,6 +61,13 @@ void CPngCheckbox::DrawItem(platform::Graphics& graphics, const platform::Rect& 
   PaintCheckbox(picture, background_, font_, Text(),
                 checked_ ? checkedImage_.Image() : uncheckedImage_);
   graphics.DrawImage(picture, 0, 0);
+}
+
+platform::AccessibleInfo CPngCheckbox::DescribeAccessible(std::int32_t part) const {
+  platform::AccessibleInfo info = Button::DescribeAccessible(part);
+  info.role = platform::AccessibleRole::CheckButton;
+  info.check = checked_ ? platform::AccessibleCheck::Checked : platform::AccessibleCheck::Unchecked;
+  return info;
 }
 
 void PaintCheckbox(platform::Bitmap& target, const BackgroundCopy& background,

@@ -30,6 +30,7 @@ class CPngCheckbox : public platform::Button {
   platform::LResult WindowProc(std::uint32_t message, platform::WParam wParam,
                                platform::LParam lParam) override;
   void DrawItem(platform::Graphics& graphics, const platform::Rect& item) override;
+  platform::AccessibleInfo DescribeAccessible(std::int32_t part) const override;
 
  private:
   platform::LResult OnSetCheck(platform::WParam wParam, platform::LParam lParam);

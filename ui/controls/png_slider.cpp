@@ -1,6 +1,8 @@
 #include "ui/controls/png_slider.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "platform/message_map.h"
 #include "platform/screen.h"
@@ -65,6 +67,15 @@ void CPngSlider::SetValueText(std::u16string_view text) {
   dirty_ = true;
   Invalidate(Erase::Yes);
   Update();
+  AnnounceValue();
+}
+
+// Value and text change one after the other; only together they are worth telling.
+void CPngSlider::AnnounceValue() {
+  if (announcedText_ == valueText_ && announcedPos_ == thumbPos_) return;
+  announcedText_ = valueText_;
+  announcedPos_ = thumbPos_;
+  NotifyAccessible(*this, platform::AccessibleChange::Value);
 }
 
 void CPngSlider::CaptureBackground(const platform::Bitmap& parentBackground) {
@@ -113,6 +124,32 @@ LResult CPngSlider::OnMouseMove(WParam /*wParam*/, LParam lParam) {
   if (GetValue() != oldValue) NotifyParent(*this, kPsnValueChanged);
   Invalidate(Erase::Yes);
   return 0;
+}
+
+platform::AccessibleInfo CPngSlider::DescribeAccessible(std::int32_t part) const {
+  platform::AccessibleInfo info = Window::DescribeAccessible(part);
+  info.role = platform::AccessibleRole::Slider;
+  info.value = valueText_;
+  const std::int32_t value = GetValue();
+  const std::int32_t neighbour = thumbPos_ < scale_.Travel() ? thumbPos_ + 1 : thumbPos_ - 1;
+  const double current = spoken_.toSpoken(value);
+  const double first = spoken_.toSpoken(scale_.Value(0));
+  const double last = spoken_.toSpoken(scale_.Value(scale_.Travel()));
+  // Several pixels may stand for one value, or one pixel for several.
+  const double step = std::max(std::abs(spoken_.toSpoken(scale_.Value(neighbour)) - current),
+                               std::abs(spoken_.toSpoken(value + 1) - current));
+  info.range = {std::min(first, last), std::max(first, last), current, step};
+  return info;
+}
+
+void CPngSlider::PutAccessibleValue(std::int32_t /*part*/, double value) {
+  const std::int32_t wanted = std::clamp(spoken_.fromSpoken(value), scale_.Value(0),
+                                         std::max(scale_.Value(0), scale_.Value(scale_.Travel())));
+  const std::int32_t position = scale_.NearestPosition(wanted);
+  if (scale_.Value(position) == GetValue()) return;
+  thumbPos_ = position;
+  Invalidate(Erase::Yes);
+  NotifyParent(*this, kPsnValueChanged);
 }
 
 bool CPngSlider::NeedsRender() const {

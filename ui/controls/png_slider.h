@@ -16,6 +16,7 @@
 #include "ui/controls/control_style.h"
 #include "ui/controls/slider_drag.h"
 #include "ui/controls/slider_scale.h"
+#include "ui/controls/spoken_scale.h"
 
 namespace ui {
 
@@ -34,8 +35,12 @@ class CPngSlider : public platform::Window {
   // The value of the thumb's pixel, which may lie below the value that was set.
   std::int32_t GetValue() const;
 
-  // The text in the box; repaints at once.
+  // The text in the box; repaints at once. Assistive technology is told of a new value with it.
   void SetValueText(std::u16string_view text);
+
+  // The unit in which assistive technology is told the value; without it the slider's own.
+  void SetSpokenScale(SpokenScale scale) { spoken_ = scale; }
+  void PutAccessibleValue(std::int32_t part, double value) override;
 
   // Takes over what the parent shows under the control; for each new background of the parent.
   void CaptureBackground(const platform::Bitmap& parentBackground);
@@ -44,6 +49,7 @@ class CPngSlider : public platform::Window {
   void PreSubclassWindow() override;
   platform::LResult WindowProc(std::uint32_t message, platform::WParam wParam,
                                platform::LParam lParam) override;
+  platform::AccessibleInfo DescribeAccessible(std::int32_t part) const override;
 
  private:
   platform::LResult OnEraseBackground(platform::WParam wParam, platform::LParam lParam);
@@ -52,6 +58,7 @@ class CPngSlider : public platform::Window {
   platform::LResult OnLeftButtonUp(platform::WParam wParam, platform::LParam lParam);
   platform::LResult OnMouseMove(platform::WParam wParam, platform::LParam lParam);
 
+  void AnnounceValue();
   bool NeedsRender() const;
   void Render(double scale);
 
@@ -62,9 +69,13 @@ class CPngSlider : public platform::Window {
   std::optional<platform::Bitmap> offscreen_;
 
   SliderScale scale_;
+  SpokenScale spoken_;
   SliderDrag drag_;
   std::u16string valueText_ = u"0";
   std::int32_t thumbPos_ = 0;
+
+  std::u16string announcedText_;
+  std::int32_t announcedPos_ = 0;
 
   std::int32_t lastPaintedPos_ = 0;
   bool lastPaintedEnabled_ = true;

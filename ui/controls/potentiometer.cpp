@@ -1,8 +1,11 @@
 #include "ui/controls/potentiometer.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <string>
 
+#include "dsp/conversions.h"
 #include "platform/message_map.h"
 #include "ui/controls/control_style.h"
 #include "ui/controls/control_window.h"
@@ -36,9 +39,15 @@ void CPotentiometer::SetRange(std::int32_t minValue, std::int32_t maxValue) {
 }
 
 void CPotentiometer::SetValue(std::int32_t value) {
-  const std::int32_t oldPos = knobPos_;
-  knobPos_ = map_.Position(value);
-  if (knobPos_ != oldPos) Invalidate(Erase::Yes);
+  TurnTo(map_.Position(value));
+}
+
+void CPotentiometer::TurnTo(std::int32_t position) {
+  if (position == knobPos_) return;
+  const std::int32_t oldValue = GetValue();
+  knobPos_ = position;
+  Invalidate(Erase::Yes);
+  if (GetValue() != oldValue) NotifyAccessible(*this, platform::AccessibleChange::Value);
 }
 
 std::int32_t CPotentiometer::GetValue() const {
@@ -82,13 +91,26 @@ LResult CPotentiometer::OnLeftButtonUp(WParam wParam, LParam lParam) {
 LResult CPotentiometer::OnMouseMove(WParam /*wParam*/, LParam lParam) {
   if (!drag_.IsDragging()) return 0;
   const std::int32_t oldPos = knobPos_;
-  knobPos_ =
-      drag_.Move(platform::PointFromLParam(lParam), TurningCentre(ClientSize(*this)), oldPos);
-  if (knobPos_ != oldPos) {
-    Invalidate(Erase::Yes);
-    NotifyParent(*this, kPotnValueChanged);
-  }
+  TurnTo(drag_.Move(platform::PointFromLParam(lParam), TurningCentre(ClientSize(*this)), oldPos));
+  if (knobPos_ != oldPos) NotifyParent(*this, kPotnValueChanged);
   return 0;
+}
+
+platform::AccessibleInfo CPotentiometer::DescribeAccessible(std::int32_t part) const {
+  platform::AccessibleInfo info = Window::DescribeAccessible(part);
+  info.role = platform::AccessibleRole::Dial;
+  const std::int32_t value = GetValue();
+  info.value = dsp::AmountText(value);
+  info.range = {static_cast<double>(map_.minValue), static_cast<double>(map_.maxValue),
+                static_cast<double>(value), 1.0};
+  return info;
+}
+
+void CPotentiometer::PutAccessibleValue(std::int32_t /*part*/, double value) {
+  const double wanted = std::clamp<double>(std::round(value), map_.minValue, map_.maxValue);
+  if (wanted == GetValue()) return;
+  TurnTo(map_.Position(static_cast<std::int32_t>(wanted)));
+  NotifyParent(*this, kPotnValueChanged);
 }
 
 void CPotentiometer::Render(double scale) {

@@ -29,12 +29,15 @@ class CPotentiometer : public platform::Window {
   // The value of the knob's position, truncated.
   std::int32_t GetValue() const;
 
+  void PutAccessibleValue(std::int32_t part, double value) override;
+
   // Takes over what the parent shows under the control; for each new background of the parent.
   void CaptureBackground(const platform::Bitmap& parentBackground);
 
  protected:
   platform::LResult WindowProc(std::uint32_t message, platform::WParam wParam,
                                platform::LParam lParam) override;
+  platform::AccessibleInfo DescribeAccessible(std::int32_t part) const override;
 
  private:
   platform::LResult OnEraseBackground(platform::WParam wParam, platform::LParam lParam);
@@ -43,6 +46,7 @@ class CPotentiometer : public platform::Window {
   platform::LResult OnLeftButtonUp(platform::WParam wParam, platform::LParam lParam);
   platform::LResult OnMouseMove(platform::WParam wParam, platform::LParam lParam);
 
+  void TurnTo(std::int32_t position);
   void Render(double scale);
 
   platform::Font font_{kCaptionFamily, kKnobCaptionPoints, platform::FontStyle::Bold};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace ui {
 
@@ -25,6 +26,16 @@ std::int32_t SliderScale::Position(std::int32_t value) const {
 
 std::int32_t SliderScale::Value(std::int32_t position) const {
   return logScale_ ? logarithmic_.Value(position) : linear_.Value(position);
+}
+
+// Positions and values are truncated, so the value of the next position can be nearer.
+std::int32_t SliderScale::NearestPosition(std::int32_t value) const {
+  const std::int32_t first = Position(value);
+  const std::int32_t second = ClampPosition(std::int64_t{first} + 1, Travel());
+  const auto distance = [&](std::int32_t position) {
+    return std::abs(std::int64_t{Value(position)} - value);
+  };
+  return distance(first) <= distance(second) ? first : second;
 }
 
 std::int32_t ClampPosition(std::int64_t position, std::int32_t travel) {

@@ -24,6 +24,8 @@ class SliderScale {
   // The nearest position within the travel.
   std::int32_t Position(std::int32_t value) const;
   std::int32_t Value(std::int32_t position) const;
+  // The position whose value comes nearest; `value` must lie in the range.
+  std::int32_t NearestPosition(std::int32_t value) const;
 
  private:
   LinearMap linear_;

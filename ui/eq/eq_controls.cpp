@@ -1,7 +1,15 @@
 #include "ui/eq/eq_controls.h"
 
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include "dsp/conversions.h"
 #include "platform/resources.h"
 #include "resources/resource_ids.h"
+#include "resources/spoken_texts.h"
+#include "ui/controls/spoken_scale.h"
 
 namespace ui {
 namespace {
@@ -89,6 +97,39 @@ std::uint16_t CaptionOf(FilterType type) {
   return resources::kTextHighShelving;
 }
 
+// The buttons of the types are check boxes of which one is checked.
+std::optional<platform::AccessibleRole> SpokenRole(std::uint16_t control) {
+  if (control == resources::kMenuButton) return platform::AccessibleRole::ButtonMenu;
+  const bool isType = std::any_of(kTypesInOrder.begin(), kTypesInOrder.end(),
+                                  [&](FilterType type) { return ControlIdOf(type) == control; });
+  if (isType) return platform::AccessibleRole::RadioButton;
+  return std::nullopt;
+}
+
+platform::AccessibleAnnotation AnnotationOf(std::uint16_t control) {
+  platform::AccessibleAnnotation annotation;
+  annotation.role = SpokenRole(control);
+  for (const resources::SpokenText& text : resources::kSpokenTexts) {
+    if (text.control != control) continue;
+    annotation.name = text.name;
+    annotation.description = text.description;
+  }
+  return annotation;
+}
+
+// Whole tenths, without the traces of single precision.
+double ToTenths(float number) {
+  return std::round(double{number} * 10.0) / 10.0;
+}
+
+constexpr SpokenScale kDecibels{
+    .toSpoken = [](std::int32_t slider) { return ToTenths(dsp::DecibelsFromSlider(slider)); },
+    .fromSpoken =
+        [](double decibels) { return dsp::DecibelsToSlider(static_cast<float>(decibels)); }};
+constexpr SpokenScale kQ{
+    .toSpoken = [](std::int32_t slider) { return ToTenths(dsp::QFromSlider(slider)); },
+    .fromSpoken = [](double q) { return dsp::QToSlider(static_cast<float>(q)); }};
+
 void SetCaption(platform::Window& control, std::uint16_t text) {
   control.SetText(platform::LoadStringResource(text));
 }
@@ -111,6 +152,7 @@ void EqControls::ForEach(const std::function<void(std::uint16_t, platform::Windo
 }
 
 void EqControls::SetCaptionsAndRanges() {
+  SetSpokenTexts();
   for (const Knob knob : kKnobsInOrder) SetCaption(KnobOf(knob), CaptionOf(knob));
   for (const FilterType type : kTypesInOrder) SetCaption(TypeButton(type), CaptionOf(type));
   SetCaption(Box(EqSwitch::Band), resources::kTextBandEnable);
@@ -128,6 +170,19 @@ void EqControls::SetCaptionsAndRanges() {
   Slider(BandSlider::Frequency).SetLogScale(true);
   PrepareSlider(BandSlider::Frequency, 20, 20000, 1000);
   PrepareSlider(BandSlider::Bandwidth, 1, 50, 10);
+}
+
+void EqControls::SetSpokenTexts() {
+  ForEach([](std::uint16_t id, platform::Window& control) { control.Annotate(AnnotationOf(id)); });
+  Slider(BandSlider::Gain).SetSpokenScale(kDecibels);
+  Slider(BandSlider::Bandwidth).SetSpokenScale(kQ);
+}
+
+void EqControls::TellExpansion(platform::AccessibleExpansion expansion) {
+  platform::AccessibleAnnotation annotation = AnnotationOf(resources::kExpandButton);
+  annotation.expansion = expansion;
+  expandButton.Annotate(std::move(annotation));
+  NotifyAccessible(expandButton, platform::AccessibleChange::Expansion);
 }
 
 void EqControls::PrepareSlider(BandSlider slider, std::int32_t minValue, std::int32_t maxValue,

@@ -24,8 +24,10 @@ class EqControls final : public EqView {
   // Calls `visit` with every control, so that a dialog can bind them.
   void ForEach(const std::function<void(std::uint16_t id, platform::Window& control)>& visit);
 
-  // Gives the attached controls their captions, ranges and first values.
+  // Gives the attached controls their captions, spoken texts, ranges and first values.
   void SetCaptionsAndRanges();
+  // Whether the dialog shows all of them, for assistive technology.
+  void TellExpansion(platform::AccessibleExpansion expansion);
   // The dialog's skin; before the first paint.
   void SetRedAccent();
   // Hands the dialog's background to the controls that keep a copy of it. The plot needs none, and
@@ -58,6 +60,7 @@ class EqControls final : public EqView {
   CPngCheckbox& TypeButton(dsp::FilterType type);
   void PrepareSlider(BandSlider slider, std::int32_t minValue, std::int32_t maxValue,
                      std::int32_t value);
+  void SetSpokenTexts();
 
   std::array<CPotentiometer, 4> knobs_;
   std::array<CPngSlider, 3> sliders_;

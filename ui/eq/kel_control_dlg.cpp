@@ -120,6 +120,7 @@ LResult CKelControlDlg::OnInitDialog(WParam wParam, LParam lParam) {
   AddAboutToSystemMenu();
   Collapse();
   controls_.SetCaptionsAndRanges();
+  TellExpansion();
   LoadImages();
   SetIcon(resources::kApplicationIcon);
   LoadFirstSet();
@@ -283,7 +284,13 @@ LResult CKelControlDlg::OnExpand(WParam /*wParam*/, LParam /*lParam*/) {
   controls_.expandButton.SetImage(LoadPngResource(image, kDesignDpi));
   expanded_ = !expanded_;
   Resize({windowWidth_, height});
+  TellExpansion();
   return 0;
+}
+
+void CKelControlDlg::TellExpansion() {
+  controls_.TellExpansion(expanded_ ? platform::AccessibleExpansion::Expanded
+                                    : platform::AccessibleExpansion::Collapsed);
 }
 
 LResult CKelControlDlg::OnMenuButton(WParam /*wParam*/, LParam /*lParam*/) {

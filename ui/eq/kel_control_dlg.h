@@ -70,6 +70,7 @@ class CKelControlDlg : public platform::Dialog {
 
   void AddAboutToSystemMenu();
   void Collapse();
+  void TellExpansion();
   void LoadImages();
   void LoadFirstSet();
   void PaintMinimized(platform::Graphics& graphics) const;
