@@ -41,33 +41,40 @@ void DrawLabels(SkinCanvas& canvas, const MainArt& art) {
   }
 }
 
-void DrawWarning(SkinCanvas& canvas, const MainArt& art) {
+platform::Rect DrawWarning(SkinCanvas& canvas, const MainArt& art) {
   constexpr std::int32_t kLeft = 48;
   constexpr std::int32_t kTop = 381;
   constexpr std::int32_t kLineStep = 14;
-  canvas.Surface().DrawString(kWarningWord, art.fonts.warning, canvas.TextPoint(kLeft, kTop),
+  const platform::PointF word = canvas.TextPoint(kLeft, kTop);
+  const platform::PointF sentence = canvas.TextPoint(kLeft, kTop + kLineStep);
+  canvas.Surface().DrawString(kWarningWord, art.fonts.warning, word, StringFormat::GenericDefault,
+                              kWhite);
+  canvas.Surface().DrawString(kWarningSentence, art.fonts.warning, sentence,
                               StringFormat::GenericDefault, kWhite);
-  canvas.Surface().DrawString(kWarningSentence, art.fonts.warning,
-                              canvas.TextPoint(kLeft, kTop + kLineStep),
-                              StringFormat::GenericDefault, kWhite);
+  platform::Rect area = canvas.TextArea(kWarningSentence, art.fonts.warning, sentence);
+  area.top = static_cast<std::int32_t>(word.y);
+  return area;
 }
 
 }  // namespace
 
-platform::Size PaintDavrinSkin(const MainArt& art, const MainScene& scene,
-                               platform::Bitmap& target) {
+std::u16string_view DavrinModeName(std::int32_t mode) {
+  return kLabels[static_cast<std::size_t>(mode)].text;
+}
+
+TextPlaces PaintDavrinSkin(const MainArt& art, const MainScene& scene, platform::Bitmap& target) {
   SkinCanvas canvas(art, scene, target);
   canvas.DrawModes();
   DrawLabels(canvas, art);
-  if (scene.endpointWarning) DrawWarning(canvas, art);
+  TextPlaces places;
+  if (scene.endpointWarning) places.warning = DrawWarning(canvas, art);
   canvas.DrawWindowButtons();
-  platform::Size advancedBox;
   if (scene.threeGuiLayers) {
     canvas.DrawElement(Element::Advanced, art.images.advanced);
-    advancedBox = ImageSize(art.images.advanced.normal);
+    places.advancedBox = ImageSize(art.images.advanced.normal);
   }
   canvas.DrawMakerLogo();
-  return advancedBox;
+  return places;
 }
 
 }  // namespace ui

@@ -83,12 +83,23 @@ MainLayout::MainLayout(Skin skin, double dpiScale, const ElementSizes& sizes)
 Element MainLayout::HitTest(Point client, Size advancedBox) const {
   Element hit = Element::None;
   for (const Element element : kHitOrder) {
-    Box box = boxes_[Index(element)];
-    if (element == Element::Advanced) box.size = advancedBox;
+    const Box box = BoxOf(element, advancedBox);
     // What is not drawn cannot be hit.
     if (!IsEmpty(box.size) && Contains(box, client)) hit = element;
   }
   return hit;
+}
+
+platform::Rect MainLayout::Area(Element element, Size advancedBox) const {
+  const Box box = BoxOf(element, advancedBox);
+  return {box.position.x, box.position.y, box.position.x + box.size.width,
+          box.position.y + box.size.height};
+}
+
+MainLayout::Box MainLayout::BoxOf(Element element, Size advancedBox) const {
+  Box box = boxes_[Index(element)];
+  if (element == Element::Advanced) box.size = advancedBox;
+  return box;
 }
 
 platform::HitTest MainLayout::HitTestCaption(Point screen, const platform::Rect& window) const {

@@ -59,6 +59,9 @@ class MainLayout {
   // one.
   Element HitTest(platform::Point client, platform::Size advancedBox) const;
 
+  // Where an element is drawn; empty for what is not.
+  platform::Rect Area(Element element, platform::Size advancedBox) const;
+
   // Caption inside the strip by which the window is dragged, else client area; `window` is the
   // window's rectangle on the screen.
   platform::HitTest HitTestCaption(platform::Point screen, const platform::Rect& window) const;
@@ -69,6 +72,7 @@ class MainLayout {
     platform::Size size;
   };
 
+  Box BoxOf(Element element, platform::Size advancedBox) const;
   static bool Contains(const Box& box, platform::Point point);
 
   std::array<Box, kElementCount> boxes_{};

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "platform/drawing.h"
+#include "platform/geometry.h"
 #include "ui/main/main_images.h"
 #include "ui/main/main_layout.h"
 
@@ -22,6 +23,12 @@ struct MainArt {
   double dpiScale;
   const MainImages& images;
   const MainFonts& fonts;
+};
+
+// Where a picture has what depends on its text.
+struct TextPlaces {
+  platform::Size advancedBox;  // the Advanced entry's hit box, 0 x 0 when it is not drawn
+  platform::Rect warning;      // in pixels, empty when it is not drawn
 };
 
 struct MainScene {

@@ -25,6 +25,10 @@ constexpr std::uint32_t kRepaintPeriod = 1000;  // milliseconds
 
 constexpr std::int32_t kResultClosed = 0;
 
+Skin SkinOf(MainWindowModel model) {
+  return model.davrinModel ? Skin::Davrin : Skin::Standard;
+}
+
 }  // namespace
 
 COrvanDlg::COrvanDlg(const platform::Platform& platform, MainWindowModel model,
@@ -34,7 +38,8 @@ COrvanDlg::COrvanDlg(const platform::Platform& platform, MainWindowModel model,
       makeAdvancedDialog_(std::move(makeAdvancedDialog)),
       modes_(platform),
       watcher_(platform.registry, platform.audioDevices),
-      notificationClient_(platform.audioDevices, platform.clock) {}
+      notificationClient_(platform.audioDevices, platform.clock),
+      spoken_(SkinOf(model), model.threeGuiLayers) {}
 
 LResult COrvanDlg::WindowProc(std::uint32_t message, WParam wParam, LParam lParam) {
   namespace msg = platform::message;
@@ -60,7 +65,7 @@ LResult COrvanDlg::WindowProc(std::uint32_t message, WParam wParam, LParam lPara
 
 LResult COrvanDlg::OnInitDialog(WParam wParam, LParam lParam) {
   Dialog::WindowProc(platform::message::kInitDialog, wParam, lParam);
-  const Skin skin = model_.davrinModel ? Skin::Davrin : Skin::Standard;
+  const Skin skin = SkinOf(model_);
   SetText(kWindowTitle);
   // Nothing needs the images before the window is sized and drawn, so they are decoded while the
   // registration, which evaluates the warning before the first picture, lets an endpoint settle.
@@ -174,13 +179,31 @@ LResult COrvanDlg::OnDestroy(WParam wParam, LParam lParam) {
   return result;
 }
 
-void COrvanDlg::DrawSkin() {
-  if (!composer_) return;
+MainScene COrvanDlg::Scene() const {
   const bool warning =
       notificationClient_.endpointWarning.load() == endpoints::EndpointWarning::Shown;
-  const platform::Bitmap* picture =
-      composer_->Compose({modes_.SelectedMode(), hoverItem_, model_.threeGuiLayers, warning});
+  return {modes_.SelectedMode(), hoverItem_, model_.threeGuiLayers, warning};
+}
+
+void COrvanDlg::DrawSkin() {
+  if (!composer_) return;
+  const MainScene scene = Scene();
+  const platform::Bitmap* picture = composer_->Compose(scene);
   if (picture != nullptr) UpdateLayered(*picture);
+  spoken_.Announce(*this, scene);
+}
+
+std::int32_t COrvanDlg::AccessiblePartCount() const {
+  return composer_ ? spoken_.Count() : 0;
+}
+
+platform::AccessibleInfo COrvanDlg::DescribeAccessible(std::int32_t part) const {
+  if (part == platform::kAccessibleSelf) return Dialog::DescribeAccessible(part);
+  return composer_ ? spoken_.Describe(part, Scene(), *composer_) : platform::AccessibleInfo{};
+}
+
+void COrvanDlg::DoDefaultAction(std::int32_t part) {
+  Click(spoken_.At(part));
 }
 
 void COrvanDlg::RedrawNow() {

@@ -14,6 +14,7 @@
 #include "platform/platform.h"
 #include "ui/main/mode_selection.h"
 #include "ui/main/skin_composer.h"
+#include "ui/main/spoken_elements.h"
 
 namespace ui {
 
@@ -35,9 +36,13 @@ class COrvanDlg : public platform::Dialog {
   COrvanDlg(const platform::Platform& platform, MainWindowModel model,
             AdvancedDialogFactory makeAdvancedDialog);
 
+  std::int32_t AccessiblePartCount() const override;
+  void DoDefaultAction(std::int32_t part) override;
+
  protected:
   platform::LResult WindowProc(std::uint32_t message, platform::WParam wParam,
                                platform::LParam lParam) override;
+  platform::AccessibleInfo DescribeAccessible(std::int32_t part) const override;
 
  private:
   using LParam = platform::LParam;
@@ -59,6 +64,7 @@ class COrvanDlg : public platform::Dialog {
   Element ElementAt(platform::Point client) const;
   void Click(Element element);
   void SelectMode(Element element);
+  MainScene Scene() const;
   void DrawSkin();
   void RedrawNow();
 
@@ -71,6 +77,7 @@ class COrvanDlg : public platform::Dialog {
   endpoints::RegistryWatcher watcher_;
   endpoints::CMMNotificationClient notificationClient_;
   std::optional<SkinComposer> composer_;  // from initialisation on
+  SpokenElements spoken_;
   Element hoverItem_ = Element::None;
   std::unique_ptr<platform::Dialog> advancedDialog_;  // while it is open
 };

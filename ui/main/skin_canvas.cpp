@@ -46,6 +46,15 @@ PointF SkinCanvas::TextPoint(double x, double y) const {
   return {static_cast<float>(x * art_.dpiScale), static_cast<float>(y * art_.dpiScale)};
 }
 
+platform::Rect SkinCanvas::TextArea(std::u16string_view text, const platform::Font& font,
+                                    PointF origin) {
+  const platform::SizeF size =
+      graphics_.MeasureString(text, font, platform::StringFormat::GenericDefault);
+  return {static_cast<std::int32_t>(origin.x), static_cast<std::int32_t>(origin.y),
+          static_cast<std::int32_t>(origin.x + size.width),
+          static_cast<std::int32_t>(origin.y + size.height)};
+}
+
 void SkinCanvas::DrawEdgedText(std::u16string_view text, const platform::Font& font, PointF origin,
                                platform::StringFormat format, platform::Argb color,
                                platform::Argb edge) {

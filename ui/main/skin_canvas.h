@@ -37,6 +37,10 @@ class SkinCanvas {
   // A point in pixels from one in 96-DPI units.
   platform::PointF TextPoint(double x, double y) const;
 
+  // What text from this place on takes, in whole pixels.
+  platform::Rect TextArea(std::u16string_view text, const platform::Font& font,
+                          platform::PointF origin);
+
   // First in `edge` one pixel right of and below the place, then in `color` at it.
   void DrawEdgedText(std::u16string_view text, const platform::Font& font, platform::PointF origin,
                      platform::StringFormat format, platform::Argb color, platform::Argb edge);

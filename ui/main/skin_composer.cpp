@@ -21,7 +21,7 @@ const platform::Bitmap* SkinComposer::Compose(const MainScene& scene) {
   if (!composition_) return nullptr;
   if (composed_ != scene) {
     const auto paint = art_.skin == Skin::Standard ? PaintStandardSkin : PaintDavrinSkin;
-    advancedBox_ = paint(art_, scene, *composition_);
+    places_ = paint(art_, scene, *composition_);
     composed_ = scene;
   }
   return &*composition_;

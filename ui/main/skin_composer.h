@@ -27,7 +27,9 @@ class SkinComposer {
   const platform::Bitmap* Compose(const MainScene& scene);
 
   // Size of the Advanced entry's hit box in the last composition.
-  platform::Size AdvancedBox() const { return advancedBox_; }
+  platform::Size AdvancedBox() const { return places_.advancedBox; }
+  // Where the last composition has the warning; empty without one.
+  platform::Rect WarningArea() const { return places_.warning; }
 
  private:
   MainImages images_;
@@ -36,7 +38,7 @@ class SkinComposer {
   MainLayout layout_;
   std::optional<platform::Bitmap> composition_;
   std::optional<MainScene> composed_;  // what the composition shows
-  platform::Size advancedBox_;
+  TextPlaces places_;
 };
 
 }  // namespace ui

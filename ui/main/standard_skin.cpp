@@ -61,10 +61,11 @@ void DrawLabels(SkinCanvas& canvas, const MainArt& art) {
   }
 }
 
-void DrawWarning(SkinCanvas& canvas, const MainArt& art) {
-  canvas.Surface().DrawString(kWarningText, art.fonts.warning,
-                              canvas.TextPoint(66 + 10 + 80, 367 - 5), StringFormat::GenericDefault,
+platform::Rect DrawWarning(SkinCanvas& canvas, const MainArt& art) {
+  const platform::PointF place = canvas.TextPoint(66 + 10 + 80, 367 - 5);
+  canvas.Surface().DrawString(kWarningText, art.fonts.warning, place, StringFormat::GenericDefault,
                               kSand);
+  return canvas.TextArea(kWarningText, art.fonts.warning, place);
 }
 
 void DrawDone(SkinCanvas& canvas, const MainArt& art) {
@@ -98,18 +99,27 @@ platform::Size DrawAdvanced(SkinCanvas& canvas, const MainArt& art) {
 
 }  // namespace
 
-platform::Size PaintStandardSkin(const MainArt& art, const MainScene& scene,
-                                 platform::Bitmap& target) {
+std::u16string StandardModeName(std::int32_t mode) {
+  std::u16string name;
+  for (const Label& label : kLabels) {
+    if (label.mode != mode) continue;
+    if (!name.empty()) name += u' ';
+    name += label.text;
+  }
+  return name;
+}
+
+TextPlaces PaintStandardSkin(const MainArt& art, const MainScene& scene, platform::Bitmap& target) {
   SkinCanvas canvas(art, scene, target);
   canvas.DrawModes();
   DrawLabels(canvas, art);
-  if (scene.endpointWarning) DrawWarning(canvas, art);
+  TextPlaces places;
+  if (scene.endpointWarning) places.warning = DrawWarning(canvas, art);
   canvas.DrawWindowButtons();
   DrawDone(canvas, art);
-  platform::Size advancedBox;
-  if (scene.threeGuiLayers) advancedBox = DrawAdvanced(canvas, art);
+  if (scene.threeGuiLayers) places.advancedBox = DrawAdvanced(canvas, art);
   canvas.DrawMakerLogo();
-  return advancedBox;
+  return places;
 }
 
 }  // namespace ui
