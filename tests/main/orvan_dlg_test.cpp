@@ -1,106 +1,24 @@
 // The window on a real display, with a laptop of fakes behind it.
 #include "ui/main/orvan_dlg.h"
 
-#include <chrono>
-#include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "platform/screen.h"
-#include "platform/window_messages.h"
 #include "resources/templates.h"
 #include "tests/main/mode_fixture.h"
+#include "tests/support/scripted_window.h"
 
 namespace ui {
 namespace {
 
 using platform::LParam;
-using platform::LResult;
-using platform::WParam;
+using support::kScriptEnded;
 
-constexpr std::uint32_t kNextStepMessage = platform::message::kUser + 100;
-constexpr std::int32_t kScriptEnded = 77;
-
-// A window that runs a script once it is open. A step answers whether it is done; one that is not
-// is asked again.
-template <class Base>
-class Scripted : public Base {
- public:
-  using Step = std::function<bool()>;
-  using Base::Base;
-
-  void Then(Step step) { steps_.push_back(std::move(step)); }
-  void ThenDo(std::function<void()> action) {
-    Then([action = std::move(action)] {
-      action();
-      return true;
-    });
-  }
-
-  // How many messages of a kind were handled, and the lParam of the last one.
-  int Received(std::uint32_t message) const {
-    const auto it = received_.find(message);
-    return it == received_.end() ? 0 : it->second.count;
-  }
-  LParam LastParameter(std::uint32_t message) const {
-    const auto it = received_.find(message);
-    return it == received_.end() ? -1 : it->second.lastParameter;
-  }
-
-  void ClickAt(double x, double y) {
-    const double scale = platform::GetScreenDpi().x / 96.0;
-    this->Send(platform::message::kLeftButtonDown, 0,
-               platform::PointToLParam(
-                   {static_cast<std::int32_t>(x * scale), static_cast<std::int32_t>(y * scale)}));
-  }
-
- protected:
-  LResult WindowProc(std::uint32_t message, WParam wParam, LParam lParam) override {
-    if (message == kNextStepMessage) {
-      Advance();
-      return 0;
-    }
-    const LResult result = Base::WindowProc(message, wParam, lParam);
-    Messages& received = received_[message];
-    ++received.count;
-    received.lastParameter = lParam;
-    if (message == platform::message::kInitDialog) PostNextStep();
-    return result;
-  }
-
- private:
-  struct Messages {
-    int count = 0;
-    LParam lastParameter = 0;
-  };
-
-  void PostNextStep() { platform::PostToWindow(this->Handle(), kNextStepMessage, 0, 0); }
-
-  void Advance() {
-    const bool late = std::chrono::steady_clock::now() > deadline_;
-    if (late) ADD_FAILURE() << "step " << next_ << " is never done";
-    if (late || next_ == steps_.size()) {
-      this->EndDialog(kScriptEnded);
-      return;
-    }
-    if (steps_[next_]()) ++next_;
-    PostNextStep();
-  }
-
-  std::vector<Step> steps_;
-  std::size_t next_ = 0;
-  std::chrono::steady_clock::time_point deadline_ =
-      std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  std::map<std::uint32_t, Messages> received_;
-};
-
-using ScriptedMainWindow = Scripted<COrvanDlg>;
-using ScriptedDialog = Scripted<platform::Dialog>;
+using ScriptedMainWindow = support::Scripted<COrvanDlg>;
+using ScriptedDialog = support::Scripted<platform::Dialog>;
 
 class OrvanDlgTest : public ModeFixture {};
 
