@@ -1,11 +1,12 @@
-# tonalyx_test(name SOURCES ... LIBS ... [LABELS ...] [DPI n] [TIMEOUT seconds]): one GoogleTest
-# program, registered with CTest under its name. Label "unit" (the default) runs anywhere;
+# tonalyx_test(name SOURCES ... LIBS ... [LABELS ...] [DPI n] [TIMEOUT seconds] [RUNNER ...]): one
+# GoogleTest program, registered with CTest under its name. Label "unit" (the default) runs anywhere;
 # "display" runs on an X server of its own with window manager and compositor, at DPI (default 96);
-# "audio" starts an audio server of its own; "faults" makes real faults, some of them as root.
+# "audio" starts an audio server of its own; "faults" makes real faults, some of them as root. The
+# runner's command line goes before the program's.
 find_package(GTest REQUIRED)
 
 function(tonalyx_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT;DPI" "SOURCES;LIBS;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "" "TIMEOUT;DPI" "SOURCES;LIBS;LABELS;RUNNER" ${ARGN})
   foreach(default IN ITEMS LABELS=unit TIMEOUT=120 DPI=96)
     string(REPLACE "=" ";" default ${default})
     list(GET default 0 key)
@@ -26,6 +27,6 @@ function(tonalyx_test name)
   if("display" IN_LIST ARG_LABELS)
     set(runner ${CMAKE_SOURCE_DIR}/tests/support/with_display.sh ${ARG_DPI})
   endif()
-  add_test(NAME ${name} COMMAND ${runner} $<TARGET_FILE:${name}>)
+  add_test(NAME ${name} COMMAND ${runner} ${ARG_RUNNER} $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT})
 endfunction()
