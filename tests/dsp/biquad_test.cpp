@@ -58,6 +58,35 @@ TEST(Biquad, ReferenceRowsAtOneKilohertz) {
   }
 }
 
+// A shelf that cuts inverts its gain in single precision; in double, one bit of each row differs.
+TEST(Biquad, CuttingShelvesInvertTheGainInSinglePrecision) {
+  const struct {
+    FilterType type;
+    float frequency, gain;
+    BiquadCoefficients expected;
+  } rows[] = {
+      {FilterType::LowShelving,
+       8000.0F,
+       0.3F,
+       {0.061438974F, 0.1673408F, 0.596667051F, -0.368633956F, 0.14060083F}},
+      {FilterType::LowShelving,
+       1000.0F,
+       0.3F,
+       {-1.66321564F, 0.711541533F, 0.926311314F, -1.68012977F, 0.76831615F}},
+      {FilterType::HighShelving,
+       1000.0F,
+       0.1F,
+       {-1.94083965F, 0.942507982F, 0.106591046F, -0.193333253F, 0.0884104669F}},
+      {FilterType::HighShelving,
+       8000.0F,
+       0.7F,
+       {-0.797199845F, 0.282451957F, 0.785423934F, -0.485252082F, 0.1850802F}},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Design(row.type, row.frequency, row.gain, 0.7F), row.expected) << row.frequency;
+  }
+}
+
 TEST(Biquad, IdentityAtExactlyUnityGainOnly) {
   for (const FilterType type : kTypesWithGain) {
     EXPECT_EQ(Design(type, 1000.0F, 1.0F, 0.7F), BiquadCoefficients{});

@@ -59,6 +59,17 @@ class Environment {
   std::string before_;
 };
 
+// Closed when nobody listens there, or not to us.
+FileDescriptor ConnectTo(const fs::path& path) {
+  FileDescriptor client(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strncpy(address.sun_path, path.c_str(), sizeof(address.sun_path) - 1);
+  const auto* generic = reinterpret_cast<const sockaddr*>(&address);
+  if (connect(client.Get(), generic, sizeof(address)) != 0) return {};
+  return client;
+}
+
 class UserInstanceTest : public testing::Test {
  protected:
   LockPlace Place() const { return {folder_, LockPlace::Missing::Make}; }
@@ -257,6 +268,35 @@ TEST_F(RaiseTest, ServesAgainAfterAKilledCopyAndAlongPathsOfAnyLength) {
   EXPECT_FALSE(fs::exists(File(".socket")));
 }
 
+// The socket's rights keep others out already; here they are gone, as on a file system without any.
+TEST_F(RaiseTest, AnswersNoOtherUser) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can become somebody else";
+  ForkedProcess first = StartServingCopy([](const RaiseRequest&) { return true; });
+  ASSERT_EQ(first.Talk().Hear(), 'y');
+  const fs::path socketPath = File(".socket");
+  for (fs::path path = socketPath; path != temporary_.Path().parent_path();
+       path = path.parent_path()) {
+    ASSERT_EQ(chmod(path.c_str(), 0777), 0);
+  }
+  const auto raiseAs = [&](uid_t user) {
+    ForkedProcess second([&](const Line& parent) {
+      if (setresuid(user, user, user) != 0) _exit(1);
+      const FileDescriptor client(ConnectTo(socketPath));
+      if (!client.IsOpen()) {
+        parent.Say('c');
+        return;
+      }
+      const std::string packet("raise\0\0Velsona\0", 15);
+      static_cast<void>(send(client.Get(), packet.data(), packet.size(), MSG_NOSIGNAL));
+      char answer = 'n';
+      parent.Say(recv(client.Get(), &answer, 1, 0) == 1 ? answer : 'n');
+    });
+    return second.Talk().Hear();
+  };
+  EXPECT_EQ(raiseAs(0), '1');
+  EXPECT_EQ(raiseAs(65534), 'n');
+}
+
 TEST_F(RaiseTest, SurvivesClientsThatSayNothingOrNonsense) {
   std::atomic<int> requests = 0;
   UserInstance first(Place());
@@ -266,12 +306,8 @@ TEST_F(RaiseTest, SurvivesClientsThatSayNothingOrNonsense) {
     return true;
   });
   const auto connectClient = [this] {
-    FileDescriptor client(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, File(".socket").c_str(), sizeof(address.sun_path) - 1);
-    EXPECT_EQ(connect(client.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)),
-              0);
+    FileDescriptor client = ConnectTo(File(".socket"));
+    EXPECT_TRUE(client.IsOpen());
     return client;
   };
   const FileDescriptor silent = connectClient();

@@ -109,7 +109,14 @@ TEST(TuningLog, DateOrderIsToldByItsMiddle) {
   }
 }
 
-TEST(TuningLog, UnterminatedTextsEndAtTheirWidth) {
+TEST(TuningLog, TextsEndAtTheirFirstNulOrAtTheirWidth) {
+  TuningFileBuilder rest;
+  rest.Header(0x0200, 7, 0)
+      .Properties(std::string("name\0rest", 9), std::string("\0rest", 5), 0, "");
+  const std::string cut = LogOf(rest, 7, {});
+  EXPECT_NE(cut.find("APO name: name\r\n"), std::string::npos);
+  EXPECT_NE(cut.find("Tuning Tool version: \r\n"), std::string::npos);
+
   TuningFileBuilder file;
   file.Header(0x0200, 7, 0).Properties(std::string(20, 'n'), std::string(10, 't'), 0, "");
   const std::string log = LogOf(file, 7, {});
