@@ -6,6 +6,7 @@
 
 #include "platform/linux/mouse_router.h"
 #include "platform/linux/paint_queue.h"
+#include "platform/linux/window_icon.h"
 #include "platform/screen.h"
 
 namespace platform {
@@ -24,6 +25,7 @@ class Application : public QApplication {
 
   PaintQueue& Paints() { return paints_; }
   MouseRouter& Mouse() { return mouse_; }
+  WindowIcons& Icons() { return icons_; }
 
  protected:
   bool event(QEvent* event) override;
@@ -32,6 +34,7 @@ class Application : public QApplication {
   ScreenDpi dpi_;
   PaintQueue paints_;
   MouseRouter mouse_;
+  WindowIcons icons_;
 };
 
 }  // namespace platform

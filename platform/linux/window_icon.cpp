@@ -4,6 +4,7 @@
 #include <QImageReader>
 #include <QPixmap>
 
+#include "platform/linux/application.h"
 #include "platform/screen.h"
 #include "resources/icon_images.h"
 
@@ -21,9 +22,7 @@ QPixmap Decode(std::span<const std::byte> png, int largest) {
   return reader.size().width() <= largest ? QPixmap::fromImageReader(&reader) : QPixmap();
 }
 
-}  // namespace
-
-QIcon LoadWindowIcon(std::uint16_t iconResource) {
+QIcon DecodeIcon(std::uint16_t iconResource) {
   const int largest = kLargest * static_cast<int>(GetScreenDpi().x) / 96;
   QIcon icon;
   for (const std::span<const std::byte> png : resources::IconImages(iconResource)) {
@@ -31,6 +30,19 @@ QIcon LoadWindowIcon(std::uint16_t iconResource) {
     if (!pixmap.isNull()) icon.addPixmap(pixmap);
   }
   return icon;
+}
+
+}  // namespace
+
+const QIcon& WindowIcons::Find(std::uint16_t iconResource) {
+  auto found = icons_.find(iconResource);
+  if (found == icons_.end()) found = icons_.emplace(iconResource, DecodeIcon(iconResource)).first;
+  return found->second;
+}
+
+QIcon LoadWindowIcon(std::uint16_t iconResource) {
+  Application* application = Application::Current();
+  return application == nullptr ? QIcon() : application->Icons().Find(iconResource);
 }
 
 }  // namespace platform
