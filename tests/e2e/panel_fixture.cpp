@@ -111,6 +111,7 @@ void PanelTest::SetActiveSetting(const std::string& pathKey, const std::string& 
 }
 
 std::vector<std::string> PanelTest::ReceivedEvents() {
+  if (!engine_) return {};
   return engine_->ReadLinesUntilQuiet(milliseconds(400));
 }
 

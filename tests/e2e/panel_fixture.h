@@ -47,7 +47,7 @@ class PanelTest : public testing::Test {
   std::string ActiveSetting(const std::string& pathKey);
   void SetActiveSetting(const std::string& pathKey, const std::string& setting);
 
-  // Names of the events that the engine received since the last look.
+  // Names of the events that the engine, if there is one, received since the last look.
   std::vector<std::string> ReceivedEvents();
   // What one change of the mode, or of parameters, must send to the active endpoints.
   std::vector<std::string> ModeChangeEvents() const;

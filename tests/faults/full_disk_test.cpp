@@ -1,6 +1,5 @@
 // A state folder that is full, cannot be written to or cannot be made: whoever uses it goes on,
 // says why once, and what was stored stays.
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -48,14 +47,7 @@ class FullDiskTest : public testing::Test {
     ASSERT_EQ(FirstDifference(machine_.Stored(), *installed_), "");
   }
 
-  // Writes until nothing more fits.
-  void Fill() {
-    const int file = open((machine_.State() / "filling").c_str(), O_WRONLY | O_CREAT, 0600);
-    const std::string block(512, 'x');
-    while (write(file, block.data(), block.size()) > 0) {
-    }
-    close(file);
-  }
+  void Fill() { FillDisk(machine_.State() / "filling"); }
 
   support::ProcessResult Add(const std::string& data) {
     return machine_.RunTool("regtool",
@@ -167,42 +159,64 @@ TEST_F(FullDiskTest, ASettingsFileIsRefusedOrWhole) {
   EXPECT_EQ(loaded.values[dsp::ParameterIndex(dsp::kBassAmount)], 0.25F);
 }
 
-TEST_F(FullDiskTest, AReadOnlyFolderIsLeftAlone) {
-  Install();
-  ASSERT_EQ(Add("before").exitStatus, 0);
-  const std::string database = ReadFile(machine_.Database());
+// The user's own state folder, with the lock elsewhere: a program without its lock ends at once.
+class UserFolderTest : public FullDiskTest {
+ protected:
+  support::ProcessResult Call(const std::vector<std::string>& command) {
+    return support::RunProcess(command,
+                               {{"TONALYX_ROOT", ""},
+                                {"TONALYX_LAPTOP", machine_.Environment().at("TONALYX_LAPTOP")},
+                                {"XDG_RUNTIME_DIR", machine_.Folder().native()},
+                                {"XDG_STATE_HOME", machine_.State().native()}});
+  }
+  support::ProcessResult CallTool(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), TONALYX_BIN_DIR "/regtool");
+    return Call(arguments);
+  }
+  support::ProcessResult InstallForUser() {
+    machine_.PutTuning();
+    return Call(machine_.InstallCommand());
+  }
+
+  void ExpectInstallerLeavesItAlone() {
+    const support::ProcessResult installed = InstallForUser();
+    EXPECT_EQ(installed.exitStatus, 0);
+    EXPECT_EQ(Complaints(installed.errors), 1) << installed.errors;
+    EXPECT_THAT(installed.errors, testing::HasSubstr("registry.db: "));
+  }
+
+  static std::vector<std::string> Value(const std::string& command) {
+    return {command, "HKLM\\SOFTWARE\\Norvane\\Other", "/v", "a"};
+  }
+};
+
+TEST_F(UserFolderTest, AReadOnlyOneIsLeftAlone) {
+  const NoMachineFolder noMachineFolder;
+  ASSERT_EQ(InstallForUser().errors, "");
+  const fs::path file = machine_.State() / "norvane/velsona/registry.db";
+  const std::string database = ReadFile(file);
+  ASSERT_FALSE(database.empty());
   disk_->MakeReadOnly(kEnough);
-  const support::ProcessResult read = Query();
-  EXPECT_LE(read.exitStatus, 1);
-  EXPECT_LE(Complaints(read.errors), 1) << read.errors;
-  const support::ProcessResult written = Add("after");
+  const support::ProcessResult read = CallTool(Value("query"));
+  EXPECT_EQ(read.exitStatus, 1);
+  EXPECT_EQ(Complaints(read.errors), 1) << read.errors;
+  const support::ProcessResult written = CallTool(Value("add"));
   EXPECT_EQ(written.exitStatus, 1);
   EXPECT_EQ(Complaints(written.errors), 1) << written.errors;
-  machine_.PutTuning();
-  const support::ProcessResult installed = machine_.Install();
-  EXPECT_EQ(installed.exitStatus, 0);
-  EXPECT_EQ(Complaints(installed.errors), 1) << installed.errors;
-  EXPECT_TRUE(ReadFile(machine_.Database()) == database);
+  ExpectInstallerLeavesItAlone();
+  EXPECT_TRUE(ReadFile(file) == database);
 
   disk_->Resize(kEnough);
-  EXPECT_THAT(Query().output, testing::HasSubstr("before"));
+  EXPECT_EQ(InstallForUser().errors, "");
 }
 
-TEST_F(FullDiskTest, AFolderThatCannotBeMadeIsToldOnce) {
+TEST_F(UserFolderTest, OneThatCannotBeMadeIsToldOnce) {
+  const NoMachineFolder noMachineFolder;
   disk_->MakeReadOnly(kEnough);
-  const fs::path state = machine_.State() / "a/b";
-  const auto call = [&](const std::vector<std::string>& command) {
-    return support::RunProcess(command,
-                               {{"TONALYX_ROOT", state.native()},
-                                {"TONALYX_LAPTOP", machine_.Environment().at("TONALYX_LAPTOP")}});
-  };
-  const support::ProcessResult read = call({TONALYX_BIN_DIR "/regtool", "query", "HKLM\\a"});
+  const support::ProcessResult read = CallTool(Value("query"));
   EXPECT_EQ(read.exitStatus, 1);
   EXPECT_EQ(Complaints(read.errors), 0) << "there is nothing yet, which is no fault";
-  machine_.PutTuning();
-  const support::ProcessResult installed = call(machine_.InstallCommand());
-  EXPECT_EQ(installed.exitStatus, 0);
-  EXPECT_EQ(Complaints(installed.errors), 1) << installed.errors;
+  ExpectInstallerLeavesItAlone();
 }
 
 // A folder of another user's, as it is without the installer.

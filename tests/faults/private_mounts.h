@@ -2,12 +2,16 @@
 // them.
 #pragma once
 
+#include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
+#include <system_error>
+#include <utility>
 
 namespace faults {
 
@@ -43,5 +47,24 @@ class SmallDisk {
 
   std::filesystem::path folder_;
 };
+
+// While it lives nobody can write where the machine's state folder would be, so that the user's own
+// is used.
+class NoMachineFolder {
+ public:
+  NoMachineFolder() : disk_("/var/lib", 4) { disk_.MakeReadOnly(4); }
+
+ private:
+  SmallDisk disk_;
+};
+
+// Writes to the file until nothing more fits.
+inline void FillDisk(const std::filesystem::path& file) {
+  const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+  const std::string block(512, 'x');
+  while (write(descriptor, block.data(), block.size()) > 0) {
+  }
+  close(descriptor);
+}
 
 }  // namespace faults
