@@ -20,6 +20,13 @@ std::filesystem::path MakeFolder() {
   return mkdtemp(pattern.data());
 }
 
+// Words of TONALYX_PANEL_RUNNER: a program that runs the panel under its eyes.
+std::vector<std::string> Runner() {
+  const char* text = std::getenv("TONALYX_PANEL_RUNNER");
+  std::istringstream words(text == nullptr ? "" : text);
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
 std::vector<std::string> ActiveEndpoints(const std::filesystem::path& laptopFile) {
   std::vector<std::string> guids;
   const auto laptop = nlohmann::json::parse(std::ifstream(laptopFile));
@@ -79,9 +86,10 @@ void PanelTest::StartEngine() {
 }
 
 void PanelTest::StartPanel() {
-  panel_ = std::make_unique<support::ChildProcess>(
-      std::vector<std::string>{(folder_ / "program" / "tonalyx").string()}, environment_);
-  const auto window = desktop_.WaitForWindow("Tonalyx", std::chrono::seconds(10));
+  std::vector<std::string> command = Runner();
+  command.push_back((folder_ / "program" / "tonalyx").string());
+  panel_ = std::make_unique<support::ChildProcess>(command, environment_);
+  const auto window = desktop_.WaitForWindow("Tonalyx", std::chrono::seconds(30));
   ASSERT_TRUE(window);
   window_ = *window;
   ParkPointer();

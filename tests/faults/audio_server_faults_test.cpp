@@ -8,6 +8,7 @@
 #include <array>
 #include <chrono>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -97,6 +98,20 @@ class AudioServerFaults : public e2e::AdvancedDialogTest {
         kPatience));
   }
 
+  // What is done sooner or later reaches these sinks' endpoints, and never another's. A busy server
+  // may keep the panel waiting for longer than it waits; that change then reaches nobody.
+  void ExpectSignals(const std::set<std::string>& sinks, const std::function<void()>& act) {
+    SignalledSinks();
+    EXPECT_TRUE(Eventually(
+        [&] {
+          act();
+          const std::set<std::string> signalled = SignalledSinks();
+          EXPECT_TRUE(std::ranges::includes(sinks, signalled));
+          return signalled == sinks;
+        },
+        kPatience));
+  }
+
   void ExpectNoBusyLoop() {
     const milliseconds before = ProcessorTime(panel_->Pid());
     std::this_thread::sleep_for(seconds(1));
@@ -131,10 +146,7 @@ TEST_F(AudioServerFaults, AServerThatIsKilledAndStartedAgain) {
     if (round == 0) ExpectNoBusyLoop();
     server_.Start();
   }
-  ExpectClicksAreStored();
-  SignalledSinks();
-  ExpectClicksAreStored();
-  EXPECT_EQ(SignalledSinks(), (std::set<std::string>{"first", "second"}));
+  ExpectSignals({"first", "second"}, [&] { ExpectClicksAreStored(); });
   ExpectEnd();
 }
 
@@ -209,9 +221,7 @@ TEST_F(AudioServerFaults, APanelThatSleepsWakesUpToTheSinksOfThen) {
     }
     panel_->Kill(SIGCONT);
     ExpectClicksAreStored();
-    SignalledSinks();
-    ExpectClicksAreStored();
-    EXPECT_EQ(SignalledSinks(), std::set<std::string>{"second"});
+    ExpectSignals({"second"}, [&] { ExpectClicksAreStored(); });
     if (round == 0) ExpectNoBusyLoop();
     firstModule_ = server_.AddSink("first");
     server_.Control({"set-default-sink", "first"});
@@ -223,20 +233,20 @@ TEST_F(AudioServerFaults, ASinkIsPulledWhileTheDialogIsOpen) {
   StartOnServer();
   OpenDialog();
   Expand();
-  SignalledSinks();
   const support::ScreenRect slider = Control(resources::kFrequencySlider);
-  const auto edit = [&](int part) {
+  int part = 4;
+  const auto edit = [&] {
+    part = 11 - part;
     const float before = Stored(120);
     desktop_.Click(slider.x + slider.width * part / 8, slider.y + slider.height * 3 / 4);
     EXPECT_TRUE(Eventually([&] { return Stored(120) != before; }, kPatience));
   };
   for (int round = 0; round < std::max(1, Rounds() / 5); ++round) {
     SCOPED_TRACE(round);
-    edit(4);
-    EXPECT_EQ(SignalledSinks(), (std::set<std::string>{"first", "second"}));
+    ExpectSignals({"first", "second"}, edit);
     server_.Control({"unload-module", firstModule_});
-    edit(7);
-    EXPECT_EQ(SignalledSinks(), std::set<std::string>{"second"});
+    // What the panel asks from now on is answered without the sink.
+    ExpectSignals({"second"}, edit);
     firstModule_ = server_.AddSink("first");
     server_.Control({"set-default-sink", "first"});
   }
