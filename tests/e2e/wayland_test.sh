@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# wayland_test.sh SCALE BIN_FOLDER MOUSE OTHER_PROGRAM SAMPLE
+# wayland_test.sh SCALE BIN_FOLDER MOUSE SAMPLE
 #
 # The program on a Wayland desktop with one output of that scale: its windows are made of physical
 # pixels, transparent, moved by the compositor, come forward at a second start, keep what is below a
 # modal window from input, and stand an output of another scale.
 set -u
 
-scale=$1 bin=$2 mouse=$3 other=$4 sample=$5
+scale=$1 bin=$2 mouse=$3 sample=$4
 work=$(mktemp -d)
 mkdir "$work/program"
 cp "$bin/tonalyx" "$work/program"
@@ -141,10 +141,8 @@ eventually "clicks count after a move" 2 active_setting
 # gives a window that comes forward the focus and its workspace the screen, but leaves the order of
 # overlapping windows alone.)
 cover() {
-  swaymsg '[title="Empty"] focus' >/dev/null
-  eventually "another program takes the screen from $1" True window Empty focused
-  # Its toolkit asks for the focus once more when it has it.
-  sleep 0.5
+  swaymsg '[title="Terminal"] focus' >/dev/null
+  eventually "another program takes the screen from $1" True window Terminal focused
   shown "$1" no
 }
 # shown TITLE yes|no: the middle of the panel is not covered by the other window.
@@ -154,10 +152,11 @@ uncovered() {
   [ "$(pixel "$work/stack.png" $(((x + 300) * scale)) $(((y + 110) * scale)))" = "$plain" ] &&
     echo no || echo yes
 }
-"$other" &
+foot --title Terminal --override colors.background=d0e0f0 --override csd.preferred=none \
+  sleep 600 2>/dev/null &
 another=$!
-eventually "another program" Empty window Empty name
-swaymsg '[title="Empty"] move to workspace other, focus' >/dev/null
+eventually "another program" Terminal window Terminal name
+swaymsg '[title="Terminal"] move to workspace other, focus' >/dev/null
 sleep 0.3
 grim -t png "$work/other.png"
 plain=$(pixel "$work/other.png" $(((x + 300) * scale)) $(((y + 110) * scale)))
@@ -193,7 +192,7 @@ cover Velsona
 "$work/program/tonalyx"
 eventually "a second start brings the dialog forward" True window Velsona focused
 shown Velsona yes
-swaymsg '[title="Empty"] kill' >/dev/null
+swaymsg '[title="Terminal"] kill' >/dev/null
 
 click "$(units_x 468)" "$(units_y 117)"
 eventually "the dialog opens whole" $((scale == 2 ? 619 : 644)) window Velsona height
