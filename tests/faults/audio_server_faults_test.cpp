@@ -134,7 +134,8 @@ class AudioServerFaults : public e2e::AdvancedDialogTest {
 
 TEST_F(AudioServerFaults, AServerThatIsKilledAndStartedAgain) {
   StartOnServer();
-  for (int round = 0; round < Rounds() * 2 / 5; ++round) {
+  const int rounds = Rounds(0.4);
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     ExpectClicksAreStored();
     server_.Kill();
@@ -156,7 +157,8 @@ TEST_F(AudioServerFaults, AServerThatIsGoneWhileTheDialogIsOpen) {
   const support::ScreenRect knob = Control(resources::kKnobBass);
   const support::ScreenPoint left{knob.width / 2 - 25, knob.height / 2 - 25};
   const support::ScreenPoint right{knob.width / 2 + 25, knob.height / 2 - 25};
-  for (int round = 0; round < std::max(1, Rounds() / 10); ++round) {
+  const int rounds = Rounds(0.2);
+  for (int round = 0; round < rounds; ++round) {
     float before = Stored(232);
     Drag(resources::kKnobBass, left, right);
     EXPECT_TRUE(Eventually([&] { return Stored(232) > before; })) << "with a server";
@@ -193,7 +195,8 @@ TEST_F(AudioServerFaults, AServerThatAcceptsAndNeverAnswers) {
 
 TEST_F(AudioServerFaults, AServerThatSleeps) {
   StartOnServer();
-  for (int round = 0; round < std::max(1, Rounds() / 5); ++round) {
+  const int rounds = Rounds(0.2);
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     server_.Halt();
     ExpectAnswers();
@@ -210,7 +213,8 @@ TEST_F(AudioServerFaults, AServerThatSleeps) {
 TEST_F(AudioServerFaults, APanelThatSleepsWakesUpToTheSinksOfThen) {
   StartOnServer();
   ExpectClicksAreStored();
-  for (int round = 0; round < std::max(1, Rounds() / 5); ++round) {
+  const int rounds = Rounds(0.2);
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     panel_->Kill(SIGSTOP);
     server_.Control({"unload-module", firstModule_});
@@ -241,7 +245,8 @@ TEST_F(AudioServerFaults, ASinkIsPulledWhileTheDialogIsOpen) {
     desktop_.Click(slider.x + slider.width * part / 8, slider.y + slider.height * 3 / 4);
     EXPECT_TRUE(Eventually([&] { return Stored(120) != before; }, kPatience));
   };
-  for (int round = 0; round < std::max(1, Rounds() / 5); ++round) {
+  const int rounds = Rounds(0.2);
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     ExpectSignals({"first", "second"}, edit);
     server_.Control({"unload-module", firstModule_});

@@ -234,7 +234,8 @@ TEST_F(DamagedStoreTest, OpenStoresGoOnInTheNewOne) {
 TEST_F(DamagedStoreTest, SurvivesNoiseAnywhere) {
   std::mt19937 random = Random();
   int replaced = 0;
-  for (int round = 0; round < Rounds(); ++round) {
+  const int rounds = Rounds();
+  for (int round = 0; round < rounds; ++round) {
     std::string damaged = *whole_;
     const int last = static_cast<int>(damaged.size()) - 1;
     const int first = Between(random, 0, last);

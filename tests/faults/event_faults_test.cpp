@@ -137,7 +137,8 @@ class EventFaultsTest : public testing::Test {
 TEST_F(EventFaultsTest, TheOthersAreSetWhateverStandsInSomePlaces) {
   std::mt19937 random = Random();
   std::vector<microseconds> times;
-  for (int round = 0; round < 10 * Rounds(); ++round) {
+  const int rounds = Rounds(10);
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     for (EventPlace& place : places_) {
       const bool isFaulty = Between(random, 0, 1) == 0;
@@ -161,7 +162,8 @@ TEST_F(EventFaultsTest, AFaultyPlaceIsSkippedAtOnce) {
   for (std::size_t fault = 0; fault < kFaults.size(); ++fault) {
     for (EventPlace& place : places_) place.Put(kFaults.at(fault));
     std::vector<microseconds> times;
-    for (int round = 0; round < 20 * Rounds(); ++round) times.push_back(Signal());
+    const int rounds = Rounds(20);
+    for (int round = 0; round < rounds; ++round) times.push_back(Signal());
     ExpectNoWait(times, kNames.at(fault));
   }
 }
@@ -177,7 +179,8 @@ TEST_F(EventFaultsTest, APlaceThatChangesAllTheTimeHoldsNobodyUp) {
     }
   });
   std::vector<microseconds> times;
-  for (int round = 0; round < 100 * Rounds(); ++round) {
+  const int rounds = Rounds(100);
+  for (int round = 0; round < rounds; ++round) {
     times.push_back(Signal());
     for (const EventPlace& place : places_) {
       if (&place != &changing) {

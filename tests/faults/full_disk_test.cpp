@@ -74,7 +74,8 @@ void ExpectPartOf(const support::Tree& stored, const support::Tree& whole) {
 
 TEST_F(FullDiskTest, TheInstallerEndsAndTheNextOneCompletes) {
   std::mt19937 random = Random();
-  for (int round = 0; round < Rounds(); ++round) {
+  const int rounds = Rounds();
+  for (int round = 0; round < rounds; ++round) {
     const int size = 4 * Between(random, 1, 200);
     SCOPED_TRACE(std::to_string(size) + " kilobytes");
     disk_.reset();
@@ -123,7 +124,8 @@ TEST_F(FullDiskTest, AnOpenPanelGoesOnWhenThereIsRoomAgain) {
     EXPECT_TRUE(store::LoadActiveSet(registry, kRoute, read));
     return read.values;
   };
-  for (int round = 0; round < Rounds(); ++round) {
+  const int rounds = Rounds();
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     Fill();
     const auto before = stored();

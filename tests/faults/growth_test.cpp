@@ -158,7 +158,7 @@ class GrowthTest : public testing::Test {
 
 TEST_F(GrowthTest, Edits) {
   constexpr int kWarmUp = 200;
-  const int edits = 50 * Rounds();
+  const int edits = Rounds(50);
   Footprint before{};
   Footprint after{};
   RunDialog(kWarmUp + edits, [&](int made) {
@@ -173,7 +173,7 @@ TEST_F(GrowthTest, Edits) {
 TEST_F(GrowthTest, OpeningsOfTheDialog) {
   constexpr int kWarmUp = 5;
   constexpr int kEditsOfEach = 3;
-  const int openings = 2 * Rounds();
+  const int openings = Rounds(2);
   Footprint before{};
   Footprint after{};
   for (int opening = 1; opening <= kWarmUp + openings; ++opening) {

@@ -86,7 +86,8 @@ TEST_F(KilledInstallTest, LeavesWholeSettingsAndTheNextOneCompletes) {
   std::mt19937 random = Random();
   const microseconds whole = UndisturbedTime();
   int killed = 0;
-  for (int round = 0; round < Rounds(); ++round) {
+  const int rounds = Rounds();
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     machine_.RemoveState();
     machine_.PutTuning();
@@ -102,7 +103,8 @@ TEST_F(KilledReplacementTest, LosesNothingOfADamagedStoreThatItReplaces) {
   std::mt19937 random = Random();
   const microseconds whole = UndisturbedTime();
   const std::string damaged(100'000, 'x');
-  for (int round = 0; round < Rounds(); ++round) {
+  const int rounds = Rounds();
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     machine_.RemoveState();
     fs::create_directory(machine_.State());
@@ -133,7 +135,8 @@ TEST(KilledCommitTest, LeavesOneWholeSetThatIsAtLeastTheLastOneTold) {
   std::mt19937 random = Random();
   const support::TemporaryFolder folder;
   int committed = 0;
-  for (int round = 0; round < Rounds(); ++round) {
+  const int rounds = Rounds();
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     ForkedProcess panel([&](const support::Line& parent) {
       platform::SqliteRegistry registry(folder.Path());
@@ -172,7 +175,8 @@ TEST(KilledSaveTest, LeavesAFileThatIsWholeOrRefused) {
   const support::TemporaryFolder folder;
   const std::u16string file = platform::FromUtf8((folder.Path() / "mine.tus").native());
   int whole = 0;
-  for (int round = 0; round < Rounds(); ++round) {
+  const int rounds = Rounds();
+  for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     ForkedProcess panel([&](const support::Line& parent) {
       platform::PosixFileSystem files(folder.Path());

@@ -93,7 +93,7 @@ TEST_F(RandomUserTest, WindowsStoreAndEngineAgreeInTheEnd) {
   StartExampleEngine();
   Begin();
   std::mt19937 random = Random();
-  const int actions = 30 * Rounds();
+  const int actions = Rounds(30);
   for (int action = 0; action < actions && !HasFailure(); ++action) {
     SCOPED_TRACE("action " + std::to_string(action));
     Act(random);

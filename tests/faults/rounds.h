@@ -1,6 +1,9 @@
 // How often a loop of faults goes round, and with which random numbers.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -12,10 +15,13 @@ inline int NumberFromEnvironment(const char* name, int otherwise) {
   return text == nullptr ? otherwise : std::stoi(text);
 }
 
-// TONALYX_FAULT_ROUNDS: the same number for every loop; what is long for its nature counts in parts
-// of it.
-inline int Rounds() {
-  return NumberFromEnvironment("TONALYX_FAULT_ROUNDS", 10);
+// How often a test's loop goes round: TONALYX_FAULT_ROUNDS times what suits its nature, at least
+// once. Kept with the test's result.
+inline int Rounds(double factor = 1.0) {
+  const int rounds =
+      std::max(1, static_cast<int>(factor * NumberFromEnvironment("TONALYX_FAULT_ROUNDS", 10)));
+  testing::Test::RecordProperty("rounds", rounds);
+  return rounds;
 }
 
 // TONALYX_FAULT_SEED; the same seed makes the same faults, as far as that is in a test's hands.
