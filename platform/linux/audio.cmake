@@ -14,6 +14,7 @@ tonalyx_library(tonalyx_platform_linux_audio
     ${CMAKE_CURRENT_LIST_DIR}/pulse_endpoints.cpp
     ${CMAKE_CURRENT_LIST_DIR}/pulse_fetch.cpp
     ${CMAKE_CURRENT_LIST_DIR}/pulse_peak.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/pulse_ports.cpp
     ${CMAKE_CURRENT_LIST_DIR}/uuid5.cpp
   LIBS tonalyx_platform PkgConfig::PULSE Threads::Threads
   PRIVATE_LIBS tonalyx_platform_linux_core)
