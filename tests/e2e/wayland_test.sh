@@ -143,6 +143,8 @@ eventually "clicks count after a move" 2 active_setting
 cover() {
   swaymsg '[title="Terminal"] focus' >/dev/null
   eventually "another program takes the screen from $1" True window Terminal focused
+  # The compositor lets both windows answer before it takes up the next change.
+  sleep 0.5
   shown "$1" no
 }
 # shown TITLE yes|no: the middle of the panel is not covered by the other window.
