@@ -12,16 +12,9 @@
 #include <vector>
 
 #include "dsp/eq_model.h"
-#include "platform/fake/fake_audio_devices.h"
-#include "platform/fake/fake_clock.h"
-#include "platform/fake/fake_device_setup.h"
-#include "platform/fake/fake_events.h"
-#include "platform/fake/fake_files.h"
-#include "platform/fake/fake_registry.h"
-#include "platform/fake/fake_single_instance.h"
-#include "platform/platform.h"
 #include "store/parameter_store.h"
 #include "store/registry_layout.h"
+#include "tests/support/fake_machine.h"
 
 namespace ui {
 
@@ -30,7 +23,7 @@ inline constexpr std::u16string_view kHeadphonesPathKey = u"{DFF21CE2-F70F-11D0-
 
 using Parameters = std::map<int, float>;
 
-class EqMachine {
+class EqMachine : public support::FakeMachine {
  public:
   EqMachine() {
     AddEndpoint(u"speaker", platform::kDeviceStateActive);
@@ -92,16 +85,6 @@ class EqMachine {
     for (std::size_t i = 0; i < values.size(); ++i) set[static_cast<int>(i) + 1] = values[i];
     return set;
   }
-
-  platform::FakeRegistry registry;
-  platform::FakeNamedEvents events;
-  platform::FakeFileSystem files;
-  platform::FakeDeviceSetup deviceSetup;
-  platform::FakeAudioDevices audioDevices;
-  platform::FakeSingleInstance singleInstance;
-  platform::FakeClock clock;
-  platform::Platform platform{registry,     events,         files, deviceSetup,
-                              audioDevices, singleInstance, clock};
 
  private:
   std::unique_ptr<platform::RegistryKey> Key(const std::u16string& path) {

@@ -7,16 +7,10 @@
 #include <vector>
 
 #include "app/kel_control_app.h"
-#include "platform/fake/fake_audio_devices.h"
-#include "platform/fake/fake_clock.h"
-#include "platform/fake/fake_device_setup.h"
-#include "platform/fake/fake_events.h"
-#include "platform/fake/fake_files.h"
-#include "platform/fake/fake_registry.h"
-#include "platform/fake/fake_single_instance.h"
 #include "platform/text.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/input.h"
+#include "tests/support/fake_machine.h"
 #include "tools/regtool/arguments.h"
 #include "tools/regtool/commands.h"
 
@@ -41,19 +35,11 @@ bool IsInstallWord(std::string_view word) {
 
 // On a machine that is not supported the two modes end with different codes.
 void RunPanel(const std::vector<std::string>& words) {
-  platform::FakeRegistry registry;
-  platform::FakeNamedEvents events;
-  platform::FakeFileSystem files;
-  platform::FakeDeviceSetup deviceSetup;
-  platform::FakeAudioDevices audioDevices;
-  platform::FakeSingleInstance singleInstance;
-  platform::FakeClock clock;
-  platform::Platform platform{registry,     events,         files, deviceSetup,
-                              audioDevices, singleInstance, clock};
+  support::FakeMachine machine;
   std::vector<std::u16string> arguments;
   for (const std::string& word : words) arguments.push_back(platform::FromUtf8(word));
   CountingWindows windows;
-  app::CKelControlApp application(platform, windows, arguments);
+  app::CKelControlApp application(machine.platform, windows, arguments);
   application.InitInstance();
   const bool isInstall = words.size() == 1 && IsInstallWord(words.front());
   fuzz::Require(application.ExitInstance() ==

@@ -9,16 +9,10 @@
 #include <vector>
 
 #include "app/codec_probe.h"
-#include "platform/fake/fake_audio_devices.h"
-#include "platform/fake/fake_clock.h"
-#include "platform/fake/fake_device_setup.h"
-#include "platform/fake/fake_events.h"
-#include "platform/fake/fake_files.h"
-#include "platform/fake/fake_registry.h"
-#include "platform/fake/fake_single_instance.h"
 #include "platform/text.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/input.h"
+#include "tests/support/fake_machine.h"
 
 namespace {
 
@@ -89,20 +83,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::vector<platform::DeviceRecord> devices;
   for (const std::string_view line : lines) devices.push_back(MakeDevice(line));
 
-  platform::FakeRegistry registry;
-  platform::FakeNamedEvents events;
-  platform::FakeFileSystem files;
-  platform::FakeDeviceSetup deviceSetup(devices);
-  platform::FakeAudioDevices audioDevices;
-  platform::FakeSingleInstance singleInstance;
-  platform::FakeClock clock;
-  platform::Platform platform{registry,     events,         files, deviceSetup,
-                              audioDevices, singleInstance, clock};
-  const std::uint32_t ssid = app::ProbeCodecSsid(platform);
+  support::FakeMachine machine(devices);
+  const std::uint32_t ssid = app::ProbeCodecSsid(machine.platform);
   if (const auto expected = PlainSsid(lines)) {
     fuzz::Require(ssid == *expected, "the first family with an ID counts, its last device's");
   }
-  const std::string log = files.Contents(u"/state/Velsona.txt").value_or("");
+  const std::string log = machine.files.Contents(u"/state/Velsona.txt").value_or("");
   fuzz::Require(log.size() <= devices.size() * kMostLogBytes, "no device floods the log");
   return 0;
 }
