@@ -109,6 +109,12 @@ void NativeWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::WindowStateChange && invalid_) {
     Application::Current()->Paints().Add(handle_);
   }
+  // A compositor may give a window the focus and its workspace the screen, and yet show there only
+  // what the window paints from then on.
+  if (event->type() == QEvent::ActivationChange && isWindow() && isActiveWindow()) {
+    update();
+    for (QWidget* control : findChildren<QWidget*>()) control->update();
+  }
   QWidget::changeEvent(event);
 }
 

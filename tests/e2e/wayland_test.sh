@@ -193,6 +193,7 @@ place
 cover Velsona
 "$work/program/tonalyx"
 eventually "a second start brings the dialog forward" True window Velsona focused
+shown Velsona yes
 swaymsg '[title="Terminal"] kill' >/dev/null
 
 click "$(units_x 468)" "$(units_y 117)"
