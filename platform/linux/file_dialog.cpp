@@ -29,15 +29,16 @@ void WithoutCompletion(const QFileDialog& dialog) {
 // dialog appends it before it asks whether to overwrite.
 void FollowFilter(QFileDialog& dialog, const std::vector<FileFilter>& filters,
                   const QString& defaultSuffix) {
-  const auto apply = [&dialog, filters, defaultSuffix](const QString& shownName) {
+  const auto apply = [&dialog, filters, defaultSuffix] {
+    const QString selected = dialog.selectedNameFilter();
     const auto chosen = std::find_if(filters.begin(), filters.end(), [&](const FileFilter& filter) {
-      return filter.shownName == shownName;
+      return filter.nameAndPatterns == selected;
     });
     const bool named = chosen != filters.end() && !chosen->suffix.isEmpty();
     dialog.setDefaultSuffix(named ? chosen->suffix : defaultSuffix);
   };
   QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, apply);
-  apply(dialog.selectedNameFilter());
+  apply();
 }
 
 }  // namespace
@@ -47,9 +48,11 @@ std::optional<std::u16string> ShowFileDialog(WindowHandle owner, FileDialogKind 
                                              std::u16string_view filter) {
   QFileDialog dialog(WindowTable::Instance().Find(owner));
   dialog.setOption(QFileDialog::DontUseNativeDialog);
+  // The names stand as they are given; "*.*", which means every file, is another pattern here.
+  dialog.setOption(QFileDialog::HideNameFilterDetails);
   const std::vector<FileFilter> filters = ParseFileFilter(filter);
   QStringList names;
-  for (const FileFilter& each : filters) names.append(each.shownName);
+  for (const FileFilter& each : filters) names.append(each.nameAndPatterns);
   dialog.setNameFilters(names);
   if (kind == FileDialogKind::Save) {
     dialog.setAcceptMode(QFileDialog::AcceptSave);

@@ -5,12 +5,6 @@
 namespace platform {
 namespace {
 
-// The patterns that a name may already carry in brackets are shown once.
-QString WithoutPatterns(const QString& name) {
-  const qsizetype bracket = name.lastIndexOf(QLatin1Char('('));
-  return name.endsWith(QLatin1Char(')')) && bracket > 0 ? name.left(bracket).trimmed() : name;
-}
-
 QString SuffixOf(const QString& pattern) {
   if (!pattern.startsWith(QLatin1String("*."))) return {};
   const QString suffix = pattern.mid(2);
@@ -33,8 +27,8 @@ std::vector<FileFilter> ParseFileFilter(std::u16string_view filter) {
       if (parsed.suffix.isEmpty()) parsed.suffix = SuffixOf(pattern);
     }
     if (patterns.isEmpty()) continue;
-    parsed.shownName =
-        QStringLiteral("%1 (%2)").arg(WithoutPatterns(parts[i]), patterns.join(QLatin1Char(' ')));
+    parsed.nameAndPatterns =
+        QStringLiteral("%1 (%2)").arg(parts[i], patterns.join(QLatin1Char(' ')));
     filters.push_back(parsed);
   }
   return filters;

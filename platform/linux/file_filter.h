@@ -9,8 +9,9 @@
 namespace platform {
 
 struct FileFilter {
-  QString shownName;  // in the toolkit's form, "Name (*.ext)"
-  QString suffix;     // of its first pattern that names one, without the dot; may be empty
+  // In the toolkit's form, "Name (*.ext)". The name may have patterns of its own to show.
+  QString nameAndPatterns;
+  QString suffix;  // of its first pattern that names one, without the dot; may be empty
 };
 
 // Parses "Name|*.ext;*.other|Name|*.*||"; a name without patterns is left out.

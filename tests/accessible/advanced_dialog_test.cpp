@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 
 #include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
 #include <QMenu>
 #include <QWindow>
 #include <atomic>
@@ -299,6 +301,26 @@ TEST_F(AccessibleAdvancedDialog, TheMenuOpensByActionAndItsBoxesKeepTheDialogFro
   });
   dialog.Then([] { return false; });
   EXPECT_EQ(dialog.DoModal(), platform::kIdCancel);
+}
+
+TEST_F(AccessibleAdvancedDialog, FileDialogsOfferTheKindsOfFilesByTheirNames) {
+  ScriptedAdvancedDialog dialog(machine_.platform, kThreeLayers);
+  for (const char* const command : {"Load settings...", "Save setting..."}) {
+    const auto files = [] { return qobject_cast<QFileDialog*>(QApplication::activeModalWidget()); };
+    dialog.ThenDo([&] { AccessibleTree(dialog).Press("Menu"); });
+    dialog.Then([] { return QApplication::activePopupWidget() != nullptr; });
+    dialog.ThenDo([&dialog, command] { AccessibleTree(dialog).Press(command); });
+    dialog.Then([files] { return files() != nullptr; });
+    dialog.ThenDo([files] {
+      const auto& kinds = *files()->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+      ASSERT_EQ(kinds.count(), 2);
+      EXPECT_EQ(kinds.itemText(0).toStdString(), "Tonalyx user settings (*.tus)");
+      EXPECT_EQ(kinds.itemText(1).toStdString(), "All files (*.*)");
+      files()->reject();
+    });
+    dialog.Then([files] { return files() == nullptr; });
+  }
+  EXPECT_EQ(dialog.DoModal(), kScriptEnded);
 }
 
 TEST_F(AccessibleAdvancedDialog, NothingIsLeftOfADialogThatIsGone) {
