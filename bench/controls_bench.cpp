@@ -59,7 +59,7 @@ struct Plot {
     band.gain = 2.0F;
     dsp::SetBand(values, 6, band);
     dsp::CoefficientTable coefficients;
-    dsp::RedesignAllBands(values, coefficients);
+    dsp::UpdateBandCoefficients(values, coefficients);
     dsp::BuildResponseGrid(data.evalFreqs);
     dsp::EvaluateResponse(values, coefficients, data);
     dsp::MapResponseToPlot(mapping, data);

@@ -22,7 +22,7 @@ std::array<float, kParameterCount> BusySet() {
 
 struct Fixture {
   Fixture() {
-    RedesignAllBands(values, table);
+    UpdateBandCoefficients(values, table);
     BuildResponseGrid(plot.evalFreqs);
   }
 

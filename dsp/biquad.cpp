@@ -165,7 +165,7 @@ std::optional<BiquadCoefficients> DesignBiquad(std::int32_t type, float frequenc
                             .b2 = static_cast<float>(exact.b2)};
 }
 
-void RedesignBand(ConstParameterValues values, int band, CoefficientTable& table) {
+void UpdateBandCoefficients(ConstParameterValues values, int band, CoefficientTable& table) {
   const EqBand fields = GetBand(values, band);
   const auto designed =
       DesignBiquad(TypeCode(fields), fields.frequency, fields.gain, fields.q, kSampleRate);
@@ -174,9 +174,9 @@ void RedesignBand(ConstParameterValues values, int band, CoefficientTable& table
   }
 }
 
-void RedesignAllBands(ConstParameterValues values, CoefficientTable& table) {
+void UpdateBandCoefficients(ConstParameterValues values, CoefficientTable& table) {
   for (int band = 1; band <= kBandCount; ++band) {
-    RedesignBand(values, band, table);
+    UpdateBandCoefficients(values, band, table);
   }
 }
 

@@ -33,7 +33,8 @@ std::optional<BiquadCoefficients> DesignBiquad(std::int32_t type, float frequenc
 
 // Designs the record of one band, on or off; `band` must be a band number. A type code that names
 // no filter leaves the record as it was.
-void RedesignBand(ConstParameterValues values, int band, CoefficientTable& table);
-void RedesignAllBands(ConstParameterValues values, CoefficientTable& table);
+void UpdateBandCoefficients(ConstParameterValues values, int band, CoefficientTable& table);
+// The same for all bands.
+void UpdateBandCoefficients(ConstParameterValues values, CoefficientTable& table);
 
 }  // namespace dsp

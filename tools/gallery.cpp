@@ -257,7 +257,7 @@ class Gallery : public platform::Dialog {
   }
 
   void ShowResponse() {
-    dsp::RedesignAllBands(values_, coefficients_);
+    dsp::UpdateBandCoefficients(values_, coefficients_);
     for (ui::CFreqPlot& plot : plots_) plot.EvaluateResponse(values_, coefficients_);
   }
 

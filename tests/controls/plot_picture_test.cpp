@@ -34,7 +34,7 @@ class PlotPictureTest : public testing::TestWithParam<float> {
 
   void Evaluate() {
     dsp::CoefficientTable coefficients;
-    dsp::RedesignAllBands(values_, coefficients);
+    dsp::UpdateBandCoefficients(values_, coefficients);
     dsp::EvaluateResponse(values_, coefficients, data_);
     dsp::MapResponseToPlot(mapping_, data_);
   }

@@ -155,14 +155,14 @@ TEST(Biquad, UnknownTypesKeepTheRecord) {
     SetBand(values, band, fields);
   }
   CoefficientTable table;
-  RedesignAllBands(values, table);
+  UpdateBandCoefficients(values, table);
   EXPECT_EQ(table[9], Design(FilterType::Peaking, 16000.0F, 2.0F, 1.0F));
 
   const CoefficientTable before = table;
   SetBand(values, 4, {.type = 5.0F, .frequency = 300.0F, .gain = 0.5F, .q = 0.7F});
   SetBand(values, 5, {.type = 6.0F, .frequency = 300.0F, .gain = 0.5F, .q = 0.7F});
-  RedesignBand(values, 4, table);
-  RedesignBand(values, 5, table);
+  UpdateBandCoefficients(values, 4, table);
+  UpdateBandCoefficients(values, 5, table);
   EXPECT_EQ(table[3], Design(FilterType::HighShelving, 300.0F, 0.5F, 0.7F));
   table[3] = before[3];
   EXPECT_EQ(table, before);

@@ -24,7 +24,7 @@ class ResponseTest : public testing::Test {
   ResponseTest() { BuildResponseGrid(plot_.evalFreqs); }
 
   void Evaluate() {
-    RedesignAllBands(values_, table_);
+    UpdateBandCoefficients(values_, table_);
     EvaluateResponse(values_, table_, plot_);
     MapResponseToPlot(mapping_, plot_);
   }

@@ -40,7 +40,7 @@ void EqEditor::ShowEqualizerSwitch() {
 }
 
 void EqEditor::ShowFirstSet() {
-  dsp::RedesignAllBands(store_.values, coefficients_);
+  dsp::UpdateBandCoefficients(store_.values, coefficients_);
   SelectFirstBand();
   ShowCurve();
 }
@@ -53,7 +53,7 @@ void EqEditor::Reload(endpoints::OutputPath route) {
         engine_.registry, store::ResolvePathKey(endpoint.jackSubType, outputPath_), store_));
   }
   SelectFirstBand();
-  dsp::RedesignAllBands(store_.values, coefficients_);
+  dsp::UpdateBandCoefficients(store_.values, coefficients_);
   ShowCurve();
 }
 
@@ -166,7 +166,7 @@ void EqEditor::SignalParameterChange() {
 void EqEditor::FinishEdit() {
   SignalParameterChange();
   if (dsp::IsBandNumber(selectedBand_)) {
-    dsp::RedesignBand(store_.values, selectedBand_, coefficients_);
+    dsp::UpdateBandCoefficients(store_.values, selectedBand_, coefficients_);
   }
   ShowCurve();
 }
@@ -179,7 +179,7 @@ void EqEditor::SelectFirstBand() {
 // Shows a set of which anything may have changed, first in the band that was selected.
 void EqEditor::ShowNewValues() {
   RefreshControls(Refresh::Full);
-  dsp::RedesignAllBands(store_.values, coefficients_);
+  dsp::UpdateBandCoefficients(store_.values, coefficients_);
   ShowCurve();
   SelectFirstBand();
 }
