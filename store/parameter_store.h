@@ -11,13 +11,16 @@
 
 namespace store {
 
-// Element i holds parameter i + 1. After LoadActiveSet has read a set, and after CommitChanges,
-// `committed` equals `values`. User-interface thread.
+// One setting. Element i holds parameter i + 1.
+using ParameterSet = std::array<float, kParameterCount>;
+
+// After LoadActiveSet has read a set, and after CommitChanges, `committed` equals `values`.
+// User-interface thread.
 class ParameterStore {
  public:
-  std::array<float, kParameterCount> values{};
+  ParameterSet values{};
   // As last read from or written to the registry.
-  std::array<float, kParameterCount> committed{};
+  ParameterSet committed{};
   std::u16string pathKey;
   // Text of "ActiveSetting": the name of the set's key, used as it stands.
   std::u16string activeSetting;

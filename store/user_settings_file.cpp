@@ -38,8 +38,7 @@ constexpr std::array<std::size_t, kStoredCount> StoredIndices() {
 
 constexpr std::array<std::size_t, kStoredCount> kStoredIndices = StoredIndices();
 
-UserSettingsResult ReadValues(SequentialReader& reader,
-                              std::array<float, kParameterCount>& values) {
+UserSettingsResult ReadValues(SequentialReader& reader, ParameterSet& values) {
   const auto magic = reader.ReadBytes<kMagic.size()>();
   if (!magic) return UserSettingsResult::ReadFailed;
   if (*magic != kMagic) return UserSettingsResult::InvalidFile;
@@ -54,8 +53,7 @@ UserSettingsResult ReadValues(SequentialReader& reader,
   return UserSettingsResult::Success;
 }
 
-std::array<std::byte, kUserSettingsFileSize> EncodeFile(
-    const std::array<float, kParameterCount>& values) {
+std::array<std::byte, kUserSettingsFileSize> EncodeFile(const ParameterSet& values) {
   std::array<std::byte, kUserSettingsFileSize> bytes{};
   std::ranges::copy(kMagic, bytes.begin());
   std::span<std::byte> rest = std::span(bytes).subspan(kMagic.size());
@@ -75,7 +73,7 @@ UserSettingsResult ReadUserSettingsFile(platform::FileSystem& files, std::u16str
   const std::unique_ptr<platform::File> file = files.OpenExisting(path, platform::FileAccess::Read);
   if (!file) return UserSettingsResult::OpenFailed;
   SequentialReader reader(*file, kUserSettingsFileSize);
-  std::array<float, kParameterCount> values = store.values;
+  ParameterSet values = store.values;
   const UserSettingsResult result = ReadValues(reader, values);
   if (result == UserSettingsResult::Success) store.values = values;
   return result;
