@@ -25,19 +25,19 @@ void SetActiveSetting(platform::RegistryKey& settingsKey, const std::u16string& 
                                          std::as_bytes(withNul)));
 }
 
-std::int32_t ModeIndexFromSetting(std::u16string_view activeSetting) {
+SoundMode ModeIndexFromSetting(std::u16string_view activeSetting) {
   const char16_t first = activeSetting.empty() ? u'\0' : activeSetting.front();
-  return static_cast<std::int32_t>(first) - static_cast<std::int32_t>(u'1');
+  return static_cast<SoundMode>(first) - static_cast<SoundMode>(u'1');
 }
 
-std::int32_t QueryModeIndex(platform::RegistryKey& settingsKey) {
-  constexpr std::int32_t kDefaultIndex = 1;
+SoundMode QueryModeIndex(platform::RegistryKey& settingsKey) {
+  constexpr SoundMode kDefaultIndex = 1;
   const std::optional<std::u16string> activeSetting = QueryActiveSetting(settingsKey);
   return activeSetting ? ModeIndexFromSetting(*activeSetting) : kDefaultIndex;
 }
 
-std::optional<std::int32_t> ReadActiveModeIndex(platform::Registry& registry,
-                                                std::u16string_view pathKey) {
+std::optional<SoundMode> ReadActiveModeIndex(platform::Registry& registry,
+                                             std::u16string_view pathKey) {
   const std::unique_ptr<platform::RegistryScope> scope = registry.BeginRead();
   const std::unique_ptr<platform::RegistryKey> key =
       registry.OpenKey(platform::RegistryRoot::LocalMachine, SettingsKeyPath(pathKey), kReadAccess);

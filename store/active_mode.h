@@ -10,6 +10,10 @@
 
 namespace store {
 
+// Index of a mode's button, 0 to 5; the mode's setting has the next number. A stored setting can
+// give an index that no mode has.
+using SoundMode = std::int32_t;
+
 // The text of "ActiveSetting" in an open "Settings" key, whatever its type, cut to its buffer;
 // nothing when it is missing or too long.
 std::optional<std::u16string> QueryActiveSetting(platform::RegistryKey& settingsKey);
@@ -19,13 +23,13 @@ void SetActiveSetting(platform::RegistryKey& settingsKey, const std::u16string& 
 
 // 0-based index; only the first character of the setting's number counts. "0" gives -1, and a text
 // that is no number gives an index that no mode has.
-std::int32_t ModeIndexFromSetting(std::u16string_view activeSetting);
+SoundMode ModeIndexFromSetting(std::u16string_view activeSetting);
 
 // The index in an open "Settings" key; 1 when "ActiveSetting" cannot be read.
-std::int32_t QueryModeIndex(platform::RegistryKey& settingsKey);
+SoundMode QueryModeIndex(platform::RegistryKey& settingsKey);
 
 // Nothing when the route has no "Settings" key.
-std::optional<std::int32_t> ReadActiveModeIndex(platform::Registry& registry,
-                                                std::u16string_view pathKey);
+std::optional<SoundMode> ReadActiveModeIndex(platform::Registry& registry,
+                                             std::u16string_view pathKey);
 
 }  // namespace store

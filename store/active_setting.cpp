@@ -40,7 +40,8 @@ bool WriteActiveSetting(const EngineLink& engine, std::uint32_t modeIndex, Outpu
   const OutputPath detected = endpoints::DetectOutputPath(engine.registry, endpoint.endpointGuid);
   if (route != nullptr) *route = detected;
 
-  const std::u16string setting = DecimalText(modeIndex + 1);
+  const SettingNumber number = modeIndex + 1;
+  const std::u16string setting = DecimalText(number);
   const std::unique_ptr<platform::RegistryScope> scope = engine.registry.BeginWrite();
   const std::u16string twin = TwinPathKey(endpoint.jackSubType, detected);
   if (!twin.empty()) static_cast<void>(WriteToRoute(engine.registry, twin, setting));

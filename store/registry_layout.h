@@ -41,6 +41,9 @@ enum class Tree { Parameters, Defaults };
 // The key of a route that holds "ActiveSetting" and the settings as subkeys.
 std::u16string SettingsKeyPath(std::u16string_view pathKey);
 
+// Number of a setting, from 1; its decimal text names the setting's key.
+using SettingNumber = std::uint32_t;
+
 // The key of one setting; `setting` is the text of its number.
 std::u16string SettingKeyPath(Tree tree, std::u16string_view pathKey, std::u16string_view setting);
 

@@ -37,7 +37,7 @@ struct SettingKeys {
 };
 
 SettingKeys CreateSettingKeys(Registry& registry, std::u16string_view pathKey,
-                              std::uint32_t number) {
+                              SettingNumber number) {
   const std::u16string setting = DecimalText(number);
   const auto create = [&](Tree tree) {
     return registry.CreateKey(RegistryRoot::LocalMachine, SettingKeyPath(tree, pathKey, setting),
@@ -68,7 +68,7 @@ bool WriteParameter(const SettingKeys& keys, std::uint32_t number, std::uint32_t
 
 // One transaction, which is kept on failure too: what was written before a failure stays.
 bool ImportSetting(Registry& registry, SequentialReader& reader, std::u16string_view pathKey,
-                   std::uint32_t number) {
+                   SettingNumber number) {
   const std::unique_ptr<platform::RegistryScope> scope = registry.BeginWrite();
   const SettingKeys keys = CreateSettingKeys(registry, pathKey, number);
   if (!keys.parameters || !keys.defaults) return false;

@@ -1,17 +1,17 @@
 #include "ui/main/mode_selection.h"
 
+#include <cstdint>
 #include <string>
 
 #include "endpoints/enumeration.h"
 #include "endpoints/route_detection.h"
-#include "store/active_mode.h"
 #include "store/active_setting.h"
 #include "store/path_key.h"
 
 namespace ui {
 namespace {
 
-constexpr std::int32_t kUnknownMode = -1;
+constexpr store::SoundMode kUnknownMode = -1;
 
 }  // namespace
 
@@ -34,7 +34,7 @@ bool ModeSelection::ApplyFirstModeIfUnknown() {
   return Apply() && settingsKeyMissing_;
 }
 
-bool ModeSelection::Select(std::int32_t mode) {
+bool ModeSelection::Select(store::SoundMode mode) {
   if (mode == selectedMode_) return false;
   selectedMode_ = mode;
   return true;
@@ -63,7 +63,8 @@ bool ModeSelection::Refresh() {
 
 bool ModeSelection::ReadMode(std::u16string_view jackSubType) {
   const std::u16string pathKey = store::ResolvePathKey(jackSubType, outputPath_);
-  const std::optional<std::int32_t> index = store::ReadActiveModeIndex(engine_.registry, pathKey);
+  const std::optional<store::SoundMode> index =
+      store::ReadActiveModeIndex(engine_.registry, pathKey);
   if (!index) return false;
   selectedMode_ = *index;
   return true;

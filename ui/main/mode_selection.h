@@ -2,12 +2,12 @@
 // to it.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 
 #include "endpoints/output_path.h"
 #include "endpoints/registry_watcher.h"
 #include "platform/platform.h"
+#include "store/active_mode.h"
 #include "store/engine_signals.h"
 
 namespace ui {
@@ -18,7 +18,7 @@ class ModeSelection {
   explicit ModeSelection(const platform::Platform& platform);
 
   // 0 to 5; -1 while unknown; more than 5 when the store holds a setting that is no mode.
-  std::int32_t SelectedMode() const { return selectedMode_; }
+  store::SoundMode SelectedMode() const { return selectedMode_; }
   endpoints::OutputPath OutputPath() const { return outputPath_; }
 
   // Reads the active mode of the default endpoint's route. What a watcher starts from, or nothing
@@ -30,7 +30,7 @@ class ModeSelection {
   bool ApplyFirstModeIfUnknown();
 
   // True when this changes the selection; the caller then applies it.
-  bool Select(std::int32_t mode);
+  bool Select(store::SoundMode mode);
 
   // Makes the selected mode the active setting and wakes the engine. True when it was written.
   bool Apply();
@@ -46,7 +46,7 @@ class ModeSelection {
   bool ReadMode(std::u16string_view jackSubType);
 
   store::EngineLink engine_;
-  std::int32_t selectedMode_ = 0;
+  store::SoundMode selectedMode_ = 0;
   endpoints::OutputPath outputPath_ = endpoints::OutputPath::LineOut;
   bool settingsKeyMissing_ = false;
 };

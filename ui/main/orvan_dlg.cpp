@@ -143,7 +143,7 @@ void COrvanDlg::Click(Element element) {
 }
 
 void COrvanDlg::SelectMode(Element element) {
-  if (!modes_.Select(static_cast<std::int32_t>(element))) return;
+  if (!modes_.Select(static_cast<store::SoundMode>(element))) return;
   RedrawNow();
   modes_.Apply();
 }
