@@ -155,6 +155,8 @@ LResult COrvanDlg::OnOpenAdvanced(WParam /*wParam*/, LParam /*lParam*/) {
   if (advancedDialog_ == nullptr) return 0;
   Show(platform::ShowCommand::Hide);
   advancedDialog_->DoModal(Handle());
+  // The window comes back with what is true now: a report of the watcher may still be on its way,
+  // and where there was no endpoint at the start, none watches.
   modes_.Refresh();
   DrawSkin();
   Show(platform::ShowCommand::Normal);
