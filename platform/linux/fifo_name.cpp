@@ -18,8 +18,10 @@ bool IsPlain(char byte) {
 
 std::string FifoName(std::u16string_view eventName) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
+  const std::string bytes = ToUtf8(eventName);
   std::string name;
-  for (const char byte : ToUtf8(eventName)) {
+  name.reserve(3 * bytes.size());
+  for (const char byte : bytes) {
     if (IsPlain(byte)) {
       name += byte;
       continue;

@@ -1,11 +1,12 @@
 #include "platform/text.h"
 
 #include <locale.h>
+
+#include <algorithm>
+#include <array>
 #include <clocale>
 #include <cstdint>
 #include <cwctype>
-
-#include <array>
 
 namespace platform {
 namespace {
@@ -136,8 +137,12 @@ char32_t FoldCodePoint(char32_t point) {
 }  // namespace
 
 std::string ToUtf8(std::u16string_view text) {
-  std::string bytes;
-  bytes.reserve(text.size());
+  // Names of events and keys are ASCII as a rule, and there are many in every edit.
+  const auto ascii =
+      std::ranges::find_if(text, [](char16_t unit) { return unit >= 0x80; }) - text.begin();
+  std::string bytes(text.begin(), text.begin() + ascii);
+  text.remove_prefix(static_cast<std::size_t>(ascii));
+  bytes.reserve(bytes.size() + text.size());
   while (!text.empty()) {
     const char32_t point = TakeCodePoint(&text);
     if (point >= kEscapedByteFirst && point <= kEscapedByteLast) {
