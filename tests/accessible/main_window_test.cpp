@@ -57,7 +57,7 @@ TEST_F(AccessibleMainWindow, TellsWhatEachSkinDraws) {
         "button \"Close\"", warning}},
   };
   for (const Case& c : cases) {
-    ScriptedMainWindow window(platform_, c.model, nullptr);
+    ScriptedMainWindow window(machine_.platform, c.model, nullptr);
     window.ThenDo([&] {
       const AccessibleTree tree(window);
       EXPECT_EQ(support::LineOf(tree.Root()), "dialog \"Tonalyx\"");
@@ -68,7 +68,7 @@ TEST_F(AccessibleMainWindow, TellsWhatEachSkinDraws) {
 }
 
 TEST_F(AccessibleMainWindow, PartsLieWhereAClickReachesThem) {
-  ScriptedMainWindow window(platform_, MainWindowModel{.threeGuiLayers = true}, nullptr);
+  ScriptedMainWindow window(machine_.platform, MainWindowModel{.threeGuiLayers = true}, nullptr);
   window.ThenDo([&] {
     const AccessibleTree tree(window);
     for (int i = 0; i < tree.Root().childCount(); ++i) {
@@ -94,7 +94,7 @@ TEST_F(AccessibleMainWindow, PartsLieWhereAClickReachesThem) {
 
 TEST_F(AccessibleMainWindow, APressedModeIsAClickedMode) {
   Listener listener;
-  ScriptedMainWindow window(platform_, MainWindowModel{}, nullptr);
+  ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
   window.ThenDo([&] {
     listener.Take();
     AccessibleTree(window).Press("Movie Mode");
@@ -102,16 +102,17 @@ TEST_F(AccessibleMainWindow, APressedModeIsAClickedMode) {
   window.Then([&] { return ReadSetting(kSpeakerKey) == u"3"; });
   window.ThenDo([&] {
     EXPECT_EQ(ReadSetting(kSubwooferKey), u"3");
-    EXPECT_EQ(events_.Sets(), ModeChangeEvents());
+    EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents());
     EXPECT_THAT(listener.Take(), ElementsAre("check: radio button \"OFF\" [unchecked]",
                                              "check: radio button \"Movie Mode\" [checked]"));
-    events_.ClearCalls();
+    machine_.events.ClearCalls();
     AccessibleTree(window).Press("Movie Mode");
     AccessibleTree(window).Press("Speech Mode");
   });
   window.Then([&] { return ReadSetting(kSpeakerKey) == u"6"; });
   window.ThenDo([&] {
-    EXPECT_EQ(events_.Sets(), ModeChangeEvents()) << "a mode that is selected already writes none";
+    EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents())
+        << "a mode that is selected already writes none";
   });
   EXPECT_EQ(window.DoModal(), kScriptEnded);
 }
@@ -120,7 +121,7 @@ class AccessibleFirstStart : public ModeFixture {};
 
 TEST_F(AccessibleFirstStart, AModeThatOthersSelectIsTold) {
   Listener listener;
-  ScriptedMainWindow window(platform_, MainWindowModel{}, nullptr);
+  ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
   // The first start makes the key, which tells that it is watched.
   window.Then([&] { return window.Received(endpoints::kSettingChangedMessage) > 0; });
   window.ThenDo([&] { WriteSetting(kSpeakerKey, u"2"); });
@@ -130,7 +131,7 @@ TEST_F(AccessibleFirstStart, AModeThatOthersSelectIsTold) {
 
 TEST_F(AccessibleMainWindow, PressingDoneOrCloseEndsTheWindow) {
   for (const char* const name : {"Done", "Close"}) {
-    ScriptedMainWindow window(platform_, MainWindowModel{}, nullptr);
+    ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
     window.ThenDo([&] { AccessibleTree(window).Press(name); });
     window.Then([] { return false; });
     EXPECT_EQ(window.DoModal(), 0);
@@ -148,7 +149,7 @@ TEST_F(AccessibleMainWindow, PressingAdvancedOpensTheDialogAndHidesEverything) {
     });
     return dialog;
   };
-  ScriptedMainWindow window(platform_, MainWindowModel{.threeGuiLayers = true}, factory);
+  ScriptedMainWindow window(machine_.platform, MainWindowModel{.threeGuiLayers = true}, factory);
   main = &window;
   window.ThenDo([&] { AccessibleTree(window).Press("Advanced"); });
   window.Then([&] { return window.Received(kOpenAdvancedMessage) > 0 && window.IsVisible(); });
@@ -162,14 +163,14 @@ TEST_F(AccessibleMainWindow, PressingAdvancedOpensTheDialogAndHidesEverything) {
 TEST_F(AccessibleMainWindow, TheWarningIsTold) {
   Listener listener;
   for (const bool davrin : {false, true}) {
-    ScriptedMainWindow window(platform_, MainWindowModel{.davrinModel = davrin}, nullptr);
+    ScriptedMainWindow window(machine_.platform, MainWindowModel{.davrinModel = davrin}, nullptr);
     window.ThenDo([&] {
-      audioDevices_.Add({.id = u"unsupported",
-                         .guid = u"{99999999-2222-3333-4444-555555555555}",
-                         .jackSubType = std::u16string(kSpeakerKey),
-                         .adapter = u"Some USB Audio"});
+      machine_.audioDevices.Add({.id = u"unsupported",
+                                 .guid = u"{99999999-2222-3333-4444-555555555555}",
+                                 .jackSubType = std::u16string(kSpeakerKey),
+                                 .adapter = u"Some USB Audio"});
       listener.Take();
-      audioDevices_.SetDefault(u"unsupported");
+      machine_.audioDevices.SetDefault(u"unsupported");
     });
     const std::string line = std::string("alert \"") + kWarning + '"';
     window.Then([&, line] { return listener.Heard("shown: " + line); });
@@ -179,7 +180,7 @@ TEST_F(AccessibleMainWindow, TheWarningIsTold) {
       EXPECT_TRUE(tree.Root().rect().contains(warning));
       EXPECT_GT(warning.width(), 100);
       EXPECT_THAT(tree.Find(kWarning).actionInterface()->actionNames(), IsEmpty());
-      audioDevices_.SetDefault(kSpeakerId);
+      machine_.audioDevices.SetDefault(kSpeakerId);
     });
     window.Then([&, line] { return listener.Heard("hidden: " + line + " [hidden]"); });
     EXPECT_EQ(window.DoModal(), kScriptEnded);
@@ -187,7 +188,7 @@ TEST_F(AccessibleMainWindow, TheWarningIsTold) {
 }
 
 TEST_F(AccessibleMainWindow, TheSystemMenuOpensByAction) {
-  ScriptedMainWindow window(platform_, MainWindowModel{}, nullptr);
+  ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
   const auto menu = [] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); };
   window.ThenDo([&] {
     auto* actions = AccessibleTree(window).Root().actionInterface();
@@ -211,7 +212,7 @@ TEST_F(AccessibleMainWindow, TheSystemMenuOpensByAction) {
 TEST_F(AccessibleMainWindow, NothingIsLeftOfAWindowThatIsGone) {
   Listener listener;
   std::vector<QAccessible::Id> ids;
-  ScriptedMainWindow window(platform_, MainWindowModel{}, nullptr);
+  ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
   window.ThenDo([&] {
     const AccessibleTree tree(window);
     ids.push_back(QAccessible::uniqueId(&tree.Root()));

@@ -11,14 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/fake/fake_audio_devices.h"
-#include "platform/fake/fake_clock.h"
-#include "platform/fake/fake_device_setup.h"
-#include "platform/fake/fake_events.h"
-#include "platform/fake/fake_files.h"
-#include "platform/fake/fake_registry.h"
-#include "platform/fake/fake_single_instance.h"
-#include "platform/platform.h"
+#include "tests/support/fake_machine.h"
 
 namespace ui {
 
@@ -33,16 +26,16 @@ class ModeFixture : public testing::Test {
   enum class Jack { Speaker, Headphones, Subwoofer };
 
   void SetUp() override {
-    audioDevices_.Add({.id = std::u16string(kSpeakerId),
-                       .guid = std::u16string(kSpeakerGuid),
-                       .jackSubType = std::u16string(kSpeakerKey),
-                       .adapter = u"Realtek High Definition Audio"});
-    audioDevices_.SetDefault(kSpeakerId);
+    machine_.audioDevices.Add({.id = std::u16string(kSpeakerId),
+                               .guid = std::u16string(kSpeakerGuid),
+                               .jackSubType = std::u16string(kSpeakerKey),
+                               .adapter = u"Realtek High Definition Audio"});
+    machine_.audioDevices.SetDefault(kSpeakerId);
     Plug(Jack::Speaker);
     for (const std::u16string_view kind : {u"GFX", u"MFX", u"EFX", u"SFX"}) {
-      events_.Add(EndpointEvent(kind));
+      machine_.events.Add(EndpointEvent(kind));
     }
-    events_.Add(kServiceEvent);
+    machine_.events.Add(kServiceEvent);
   }
 
   void Plug(Jack jack) {
@@ -65,8 +58,8 @@ class ModeFixture : public testing::Test {
 
   // Nothing when the route has no "Settings" key or no setting.
   std::optional<std::u16string> ReadSetting(std::u16string_view pathKey) {
-    const auto key = registry_.OpenKey(platform::RegistryRoot::LocalMachine, SettingsPath(pathKey),
-                                       platform::kRegistryRead);
+    const auto key = machine_.registry.OpenKey(platform::RegistryRoot::LocalMachine,
+                                               SettingsPath(pathKey), platform::kRegistryRead);
     if (key == nullptr) return std::nullopt;
     std::u16string text(16, u'\0');
     std::uint32_t size = 32;
@@ -89,15 +82,7 @@ class ModeFixture : public testing::Test {
   static constexpr std::u16string_view kServiceEvent =
       u"Global\\VelsonaServiceParameterUpdateEvent";
 
-  platform::FakeRegistry registry_;
-  platform::FakeNamedEvents events_;
-  platform::FakeFileSystem files_;
-  platform::FakeDeviceSetup deviceSetup_;
-  platform::FakeAudioDevices audioDevices_;
-  platform::FakeSingleInstance singleInstance_;
-  platform::FakeClock clock_;
-  platform::Platform platform_{registry_,     events_,         files_, deviceSetup_,
-                               audioDevices_, singleInstance_, clock_};
+  support::FakeMachine machine_;
 
  private:
   static std::u16string SettingsPath(std::u16string_view pathKey) {
@@ -105,8 +90,8 @@ class ModeFixture : public testing::Test {
   }
 
   std::unique_ptr<platform::RegistryKey> Create(std::u16string_view path) {
-    return registry_.CreateKey(platform::RegistryRoot::LocalMachine, path,
-                               platform::kRegistryAllAccess);
+    return machine_.registry.CreateKey(platform::RegistryRoot::LocalMachine, path,
+                                       platform::kRegistryAllAccess);
   }
 
   static void SetJackValue(platform::RegistryKey& key, std::u16string_view number,

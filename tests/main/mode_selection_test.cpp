@@ -11,7 +11,7 @@ using endpoints::OutputPath;
 
 class ModeSelectionTest : public ModeFixture {
  protected:
-  ModeSelection modes_{platform_};
+  ModeSelection modes_{machine_.platform};
 };
 
 TEST_F(ModeSelectionTest, LoadsTheModeOfTheCurrentRoute) {
@@ -36,7 +36,7 @@ TEST_F(ModeSelectionTest, LoadsTheModeOfTheCurrentRoute) {
     EXPECT_EQ(modes_.SelectedMode(), c.mode);
     EXPECT_FALSE(modes_.ApplyFirstModeIfUnknown());
   }
-  EXPECT_TRUE(events_.Calls().empty()) << "looking changes nothing";
+  EXPECT_TRUE(machine_.events.Calls().empty()) << "looking changes nothing";
 }
 
 TEST_F(ModeSelectionTest, ARouteWithoutSettingsGetsTheFirstMode) {
@@ -46,7 +46,7 @@ TEST_F(ModeSelectionTest, ARouteWithoutSettingsGetsTheFirstMode) {
   EXPECT_TRUE(modes_.ApplyFirstModeIfUnknown()) << "this made the key";
   EXPECT_EQ(modes_.SelectedMode(), 0);
   EXPECT_EQ(ReadSetting(kSpeakerKey), u"1");
-  EXPECT_EQ(events_.Sets(), ModeChangeEvents());
+  EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents());
 }
 
 TEST_F(ModeSelectionTest, SettingZeroCountsAsMissingButItsKeyWasThere) {
@@ -55,17 +55,17 @@ TEST_F(ModeSelectionTest, SettingZeroCountsAsMissingButItsKeyWasThere) {
   EXPECT_FALSE(modes_.ApplyFirstModeIfUnknown());
   EXPECT_EQ(modes_.SelectedMode(), 0);
   EXPECT_EQ(ReadSetting(kSpeakerKey), u"1");
-  EXPECT_EQ(events_.Sets(), ModeChangeEvents());
+  EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents());
 }
 
 TEST_F(ModeSelectionTest, WithoutAnEndpointTheFirstModeIsShownAndNothingWritten) {
   WriteSetting(kSpeakerKey, u"3");
-  audioDevices_.SetDefault(u"");
+  machine_.audioDevices.SetDefault(u"");
   EXPECT_FALSE(modes_.Load());
   EXPECT_FALSE(modes_.ApplyFirstModeIfUnknown());
   EXPECT_EQ(modes_.SelectedMode(), 0);
   EXPECT_EQ(ReadSetting(kSpeakerKey), u"3");
-  EXPECT_TRUE(events_.Calls().empty());
+  EXPECT_TRUE(machine_.events.Calls().empty());
 }
 
 TEST_F(ModeSelectionTest, AClickWritesOnceAndToTheRouteThatIsCurrentThen) {
@@ -75,7 +75,7 @@ TEST_F(ModeSelectionTest, AClickWritesOnceAndToTheRouteThatIsCurrentThen) {
   EXPECT_TRUE(modes_.Select(2));
   EXPECT_TRUE(modes_.Apply());
   EXPECT_EQ(ReadSetting(kSpeakerKey), u"3");
-  EXPECT_EQ(events_.Sets(), ModeChangeEvents());
+  EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents());
 
   Plug(Jack::Headphones);
   EXPECT_TRUE(modes_.Select(5));
@@ -111,11 +111,11 @@ TEST_F(ModeSelectionTest, FollowsAChangeWithoutWriting) {
   EXPECT_EQ(modes_.SelectedMode(), 0);
   EXPECT_EQ(modes_.OutputPath(), OutputPath::InternalSpeaker);
 
-  audioDevices_.SetDefault(u"");
+  machine_.audioDevices.SetDefault(u"");
   EXPECT_FALSE(modes_.Follow(OutputPath::Headphone));
   EXPECT_FALSE(modes_.Refresh());
   EXPECT_EQ(modes_.SelectedMode(), 0);
-  EXPECT_TRUE(events_.Calls().empty());
+  EXPECT_TRUE(machine_.events.Calls().empty());
   EXPECT_EQ(ReadSetting(kHeadphonesKey), u"5");
 }
 

@@ -36,14 +36,10 @@ class Scripted : public Base {
     });
   }
 
-  // How many messages of a kind were handled, and the lParam of the last one.
+  // How many messages of a kind were handled.
   int Received(std::uint32_t message) const {
     const auto it = received_.find(message);
-    return it == received_.end() ? 0 : it->second.count;
-  }
-  platform::LParam LastParameter(std::uint32_t message) const {
-    const auto it = received_.find(message);
-    return it == received_.end() ? -1 : it->second.lastParameter;
+    return it == received_.end() ? 0 : it->second;
   }
 
   void ClickAt(double x, double y) {
@@ -61,19 +57,12 @@ class Scripted : public Base {
       return 0;
     }
     const platform::LResult result = Base::WindowProc(message, wParam, lParam);
-    Messages& received = received_[message];
-    ++received.count;
-    received.lastParameter = lParam;
+    ++received_[message];
     if (message == platform::message::kInitDialog) PostNextStep();
     return result;
   }
 
  private:
-  struct Messages {
-    int count = 0;
-    platform::LParam lastParameter = 0;
-  };
-
   void PostNextStep() { platform::PostToWindow(this->Handle(), kNextStepMessage, 0, 0); }
 
   void Advance() {
@@ -101,7 +90,7 @@ class Scripted : public Base {
   std::size_t next_ = 0;
   std::chrono::steady_clock::time_point deadline_ =
       std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  std::map<std::uint32_t, Messages> received_;
+  std::map<std::uint32_t, int> received_;
 };
 
 }  // namespace support
