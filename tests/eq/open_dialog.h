@@ -21,7 +21,6 @@ class CKelControlDlg;
 
 inline constexpr store::ModelFlags kTwoLayers{false, false};
 inline constexpr store::ModelFlags kThreeLayers{true, false};
-inline constexpr store::ModelFlags kDavrin{true, true};
 
 // Pixels of the window that the template describes.
 struct DialogSize {
