@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "dsp/conversions.h"
+#include "resources/resource_ids.h"
 #include "tests/accessible/accessible_tree.h"
 #include "tests/eq/eq_machine.h"
 #include "tests/support/scripted_window.h"
@@ -152,10 +153,16 @@ TEST_F(AccessibleAdvancedDialog, WhatACollapsedDialogLeavesOutIsHiddenAndCannotB
   EXPECT_EQ(dialog.DoModal(), kScriptEnded);
 }
 
-TEST_F(AccessibleAdvancedDialog, AModelWithoutEqualizerHidesItsButton) {
+TEST_F(AccessibleAdvancedDialog, AModelWithoutEqualizerHidesItsButtonAndStaysCollapsed) {
   ScriptedAdvancedDialog dialog(machine_.platform, kTwoLayers);
   dialog.ThenDo([&] {
     EXPECT_EQ(AccessibleTree(dialog).Line("Equalizer"), "button \"Equalizer\" [collapsed hidden]");
+    const platform::Rect collapsed = dialog.WindowRect();
+    dialog.Send(platform::message::kCommand,
+                platform::MakeWParam(resources::kExpandButton, platform::kNotifyClicked), 0);
+    EXPECT_EQ(dialog.WindowRect().Height(), collapsed.Height());
+    dialog.Send(kSignalEngineMessage, 0, 0);
+    EXPECT_EQ(signals_, kSignalsOfAnEdit) << "whoever asks for it wakes the engine";
   });
   EXPECT_EQ(dialog.DoModal(), kScriptEnded);
 }

@@ -1,12 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <thread>
 
+#include "platform/drawing.h"
+#include "platform/resources.h"
 #include "tests/e2e/dialog_fixture.h"
 
 namespace e2e {
@@ -58,6 +62,52 @@ TEST_F(AdvancedDialogTest, OpensCollapsedAndClosesBackToTheMainWindow) {
   std::this_thread::sleep_for(milliseconds(300));
   const auto shown = Picture();
   EXPECT_EQ(PictureOfMode(3), shown);
+}
+
+TEST_F(AdvancedDialogTest, KeysAndMenuEndIt) {
+  const std::pair<const char*, std::function<void()>> ways[] = {
+      {"Escape", [&] { desktop_.PressKey("Escape"); }},
+      {"Enter", [&] { desktop_.PressKey("Return"); }},
+      {"Enter on the close button",
+       [&] {
+         desktop_.PressKey("Tab");
+         desktop_.PressKey("Tab");
+         desktop_.PressKey("Return");
+       }},
+      {"the menu's entry", [&] { ChooseMenu('c'); }},
+  };
+  OpenDialog();
+  for (const auto& [name, end] : ways) {
+    SCOPED_TRACE(name);
+    ASSERT_TRUE(Eventually([&] { return desktop_.ActiveTitle() == kDialogTitle; }));
+    end();
+    ASSERT_TRUE(desktop_.WaitForWindow("Tonalyx", seconds(3)));
+    window_ = *desktop_.FindWindow("Tonalyx");
+    ClickAdvancedEntry();
+  }
+}
+
+TEST_F(AdvancedDialogTest, TheBackgroundShowsThroughEveryControl) {
+  OpenDialog();
+  Expand();
+  const auto tile = platform::Bitmap::FromPng(
+      platform::FindResourceData(platform::ResourceType::Bitmap, resources::kDialogTileBitmap));
+  ASSERT_TRUE(tile);
+  const auto showsTile = [&](int x, int y) {
+    const std::uint32_t expected =
+        tile->GetPixel((x - window_.x) % tile->Width(), (y - window_.y) % tile->Height());
+    return Eventually([&] { return desktop_.PixelAt(x, y) == (expected & 0xFFFFFFU); });
+  };
+  EXPECT_TRUE(showsTile(window_.x + 5, window_.y + window_.height - 5)) << "where nothing is";
+  for (const std::uint16_t id :
+       {resources::kMenuButton, resources::kCloseButton, resources::kExpandButton,
+        resources::kKnobBass, resources::kEqualizerEnable, resources::kGainSlider,
+        resources::kTypeLowPass, resources::kBandEnable}) {
+    const ScreenRect rect = Control(id);
+    EXPECT_TRUE(showsTile(rect.x + 1, rect.y + 1)) << id;
+  }
+  const ScreenRect slider = Control(resources::kBandwidthSlider);
+  EXPECT_TRUE(showsTile(slider.x + slider.width - 2, slider.y + slider.height - 2));
 }
 
 TEST_F(AdvancedDialogTest, EveryKnobWritesItsParameterOncePerNotification) {
@@ -319,6 +369,28 @@ TEST_F(AdvancedDialogTest, FastEditsEndInAgreement) {
   EXPECT_TRUE(Eventually([&] { return Picture() != shown; }));
   SetActiveSetting(kSpeakerKey, setting);
   EXPECT_TRUE(Eventually([&] { return Difference(shown) < 600; })) << Difference(shown);
+}
+
+TEST_F(AdvancedDialogTest, WhatTheHandDidMeanwhileIsHandledInItsOrder) {
+  OpenDialog();
+  Expand();
+  const dsp::PlotMapping plot = Plot();
+  const ScreenPoint target{static_cast<int>(plot.X(2500.0F)), static_cast<int>(plot.Y(6.0F))};
+  const float frequency = Stored(BandParameter(1, kFrequency));
+  const float gain = Stored(BandParameter(1, kGain));
+  panel_->Kill(SIGSTOP);
+  // Press and move arrive together; the press selects band 5 first.
+  Drag(resources::kPlot, MarkerOf(5), target);
+  // The type edit shows the band anew, after the slider's edit.
+  const ScreenRect slider = Control(resources::kBandwidthSlider);
+  desktop_.Click(slider.x + slider.width - 2, slider.y + slider.height * 3 / 4);
+  ClickControl(resources::kTypeLowShelving);
+  panel_->Kill(SIGCONT);
+  EXPECT_TRUE(BecomesStored(BandParameter(5, kType), 4.0F));
+  EXPECT_EQ(Stored(BandParameter(1, kFrequency)), frequency);
+  EXPECT_EQ(Stored(BandParameter(1, kGain)), gain);
+  EXPECT_GT(Stored(BandParameter(5, kFrequency)), 2000.0F);
+  EXPECT_GT(Stored(BandParameter(5, kGain)), 1.5F);
 }
 
 TEST_F(AdvancedDialogTest, CaptionMovesItAndHeaderOpensTheSystemMenu) {
