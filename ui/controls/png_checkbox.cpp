@@ -77,7 +77,7 @@ void PaintCheckbox(platform::Bitmap& target, const BackgroundCopy& background,
   background.Draw(graphics);
   graphics.SetTextRenderingHint(platform::TextRenderingHint::AntiAliasGridFit);
   const auto textSpace =
-      static_cast<std::int32_t>(static_cast<float>(target.Height()) - font.Height(graphics.DpiX()));
+      static_cast<std::int32_t>(static_cast<float>(target.Height()) - font.Height(graphics.DpiY()));
   const std::int32_t textTop = textSpace / 2;
   graphics.DrawString(caption, font, {0.0F, static_cast<float>(textTop)},
                       platform::StringFormat::GenericDefault, kWhiteText);
