@@ -187,27 +187,5 @@ TEST_F(ResponseTest, HostileSetsLeaveNothingBehind) {
   }
 }
 
-TEST(PlotMapping, FollowsScaleAndMargins) {
-  for (const float scale : {1.0F, 1.25F, 2.0F}) {
-    const PlotMapping mapping{.width = 1000,
-                              .height = 400,
-                              .dpiScale = scale,
-                              .plotLeft = static_cast<std::int32_t>(30.0F * scale),
-                              .plotRight = static_cast<std::int32_t>(15.0F * scale),
-                              .logFreqMin = std::log10(20.0),
-                              .logFreqMax = std::log10(20000.0)};
-    const double left = mapping.plotLeft;
-    const double right = 1000.0 - mapping.plotRight;
-    EXPECT_NEAR(mapping.X(20.0F), left, 1e-3);
-    EXPECT_NEAR(mapping.X(20000.0F), right, 1e-3);
-    EXPECT_NEAR(mapping.X(1000.0F), left + (right - left) * std::log(50.0) / std::log(1000.0),
-                1e-3);
-    EXPECT_EQ(mapping.Y(20.0F), 10.0F * scale);
-    EXPECT_EQ(mapping.Y(-20.0F), 400.0F - 20.0F * scale);
-    EXPECT_EQ(mapping.Y(0.0F), (400.0F - 10.0F * scale) / 2.0F);
-    EXPECT_LT(mapping.Y(1.0e6F), -1.0e6F);
-  }
-}
-
 }  // namespace
 }  // namespace dsp
