@@ -1,15 +1,14 @@
-// A dialog with one control of each kind that runs a script and writes down what it is told.
+// A dialog with one control of each kind that writes down what it is told.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <utility>
 #include <vector>
 
 #include "platform/dialog.h"
-#include "platform/message_map.h"
+#include "tests/support/scripted_window.h"
 #include "ui/controls/freq_plot.h"
 #include "ui/controls/png_button.h"
 #include "ui/controls/png_checkbox.h"
@@ -43,19 +42,15 @@ struct Notice {
   bool operator==(const Notice&) const = default;
 };
 
-class ControlDialog : public platform::Dialog {
+class NotingDialog : public platform::Dialog {
  public:
-  ControlDialog() : Dialog(kTestTemplate) {
+  NotingDialog() : Dialog(kTestTemplate) {
     BindControl(kSliderId, slider);
     BindControl(kKnobId, knob);
     BindControl(kPlotId, plot);
     BindControl(kCheckboxId, checkbox);
     BindControl(kButtonId, button);
   }
-
-  // Runs `step` while the dialog is open, after what the steps before have posted has arrived.
-  void Then(std::function<void()> step) { steps_.push_back(std::move(step)); }
-  void Run() { DoModal(); }
 
   // What has arrived since the last call, in order.
   std::vector<Notice> TakeNotices() { return std::exchange(notices_, {}); }
@@ -81,12 +76,6 @@ class ControlDialog : public platform::Dialog {
   platform::LResult WindowProc(std::uint32_t message, platform::WParam wParam,
                                platform::LParam lParam) override {
     switch (message) {
-      case platform::message::kInitDialog:
-        PostNextStep();
-        return 1;
-      case kNextStep:
-        Advance();
-        return 0;
       case platform::message::kCommand:
       case kBandSelectedMessage:
       case kBandDraggedMessage:
@@ -99,22 +88,10 @@ class ControlDialog : public platform::Dialog {
   }
 
  private:
-  static constexpr std::uint32_t kNextStep = platform::message::kUser + 100;
-
-  void PostNextStep() { platform::PostToWindow(Handle(), kNextStep, 0, 0); }
-
-  void Advance() {
-    if (next_ == steps_.size()) {
-      EndDialog(0);
-      return;
-    }
-    steps_[next_++]();
-    PostNextStep();
-  }
-
-  std::vector<std::function<void()>> steps_;
-  std::size_t next_ = 0;
   std::vector<Notice> notices_;
 };
+
+// What a step posts has arrived before the next one.
+using ControlDialog = support::Scripted<NotingDialog>;
 
 }  // namespace ui

@@ -41,23 +41,6 @@ TEST(SliderDrag, PressHoldsTheThumbOrMakesItJump) {
   }
 }
 
-TEST(SliderGeometry, TheThumbIsDrawnRightOfWhereItIsHeld) {
-  struct Case {
-    double scale;
-    std::int32_t thumb;
-    std::int32_t shift;  // margin and offset
-  };
-  for (const Case& c :
-       {Case{1.0, 19, 11}, Case{1.25, 23, 13}, Case{1.5, 28, 17}, Case{2.0, 38, 23}}) {
-    const SliderGeometry geometry({600, 90}, c.scale);
-    const std::int32_t drawn = geometry.ThumbOrigin(200, {c.thumb, c.thumb}).x + c.thumb / 2;
-    EXPECT_EQ(drawn, 200 + c.shift);
-    EXPECT_TRUE(IsThumbPress(200 - c.thumb / 2, 200, c.thumb));
-    EXPECT_FALSE(IsThumbPress(200 - c.thumb / 2 - 1, 200, c.thumb));
-    EXPECT_FALSE(IsThumbPress(drawn + c.thumb / 2, 200, c.thumb)) << "the right of what is seen";
-  }
-}
-
 TEST(SliderGeometry, TravelLeavesRoomForMarginsAndThumbOffset) {
   // As wide as the dialog makes it at each resolution.
   EXPECT_EQ(SliderGeometry({389, 59}, 1.0).Travel(), 368);

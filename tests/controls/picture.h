@@ -7,6 +7,7 @@
 
 #include "platform/drawing.h"
 #include "platform/geometry.h"
+#include "tests/support/picture_box.h"
 
 namespace ui {
 
@@ -29,29 +30,14 @@ inline std::int32_t Distance(platform::Argb one, platform::Argb other) {
                    std::abs(Channel(one, 0) - Channel(other, 0))});
 }
 
-// The rectangle around all pixels that `isWanted` accepts by position; empty when there are none.
-template <class Predicate>
-platform::Rect BoxOf(platform::Size size, Predicate isWanted) {
-  platform::Rect box{size.width, size.height, 0, 0};
-  for (std::int32_t y = 0; y < size.height; ++y) {
-    for (std::int32_t x = 0; x < size.width; ++x) {
-      if (!isWanted(x, y)) continue;
-      box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x + 1),
-             std::max(box.bottom, y + 1)};
-    }
-  }
-  return box.right > box.left ? box : platform::Rect{};
-}
-
 inline platform::Rect BoxOfColor(const platform::Bitmap& picture, platform::Argb color) {
-  return BoxOf({picture.Width(), picture.Height()},
-               [&](std::int32_t x, std::int32_t y) { return picture.GetPixel(x, y) == color; });
+  return support::BoxOf(support::AreaOf(picture), [&](std::int32_t x, std::int32_t y) {
+    return picture.GetPixel(x, y) == color;
+  });
 }
 
 inline platform::Rect BoxOfDifference(const platform::Bitmap& one, const platform::Bitmap& other) {
-  return BoxOf({one.Width(), one.Height()}, [&](std::int32_t x, std::int32_t y) {
-    return one.GetPixel(x, y) != other.GetPixel(x, y);
-  });
+  return support::BoxOfDifference(one, other, support::AreaOf(one));
 }
 
 }  // namespace ui

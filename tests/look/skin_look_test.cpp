@@ -74,19 +74,6 @@ class SkinLookTest : public testing::TestWithParam<Skin> {
     return picture;
   }
 
-  // Around everything in `area` in which the pictures differ.
-  static Rect Difference(const Bitmap& one, const Bitmap& other, const Rect& area) {
-    Rect box{area.right, area.bottom, area.left, area.top};
-    for (std::int32_t y = area.top; y < area.bottom; ++y) {
-      for (std::int32_t x = area.left; x < area.right; ++x) {
-        if (one.GetPixel(x, y) == other.GetPixel(x, y)) continue;
-        box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x + 1),
-               std::max(box.bottom, y + 1)};
-      }
-    }
-    return box.right > box.left ? box : Rect{};
-  }
-
   // The least contrast of a text of this colour to the picture beneath it.
   static double LeastContrast(const Bitmap& beneath, const Rect& area, Argb text) {
     double least = 21.0;
@@ -143,7 +130,7 @@ TEST_P(SkinLookTest, LabelsLieInsideTheirFacesAndStandOut) {
                    std::to_string(static_cast<int>(c.look)));
       const Rect face = Face(mode);
       const Bitmap beneath = WithoutTexts(c.look);
-      const Rect text = Difference(Compose(c.scene), beneath, face);
+      const Rect text = support::BoxOfDifference(Compose(c.scene), beneath, face);
       ASSERT_GT(text.Width(), Pixels(25));
       EXPECT_GE(text.left - face.left, Pixels(3));
       EXPECT_GE(face.right - text.right, Pixels(3));
@@ -163,7 +150,7 @@ TEST_P(SkinLookTest, TheWarningStaysInsideThePanelAndStandsOut) {
   SkinComposer calm(GetParam(), scale_, MainImages::Load(GetParam()));
   const Bitmap* without = calm.Compose({});
   ASSERT_NE(without, nullptr);
-  const Rect text = Difference(Compose({.endpointWarning = true}), *without, strip);
+  const Rect text = support::BoxOfDifference(Compose({.endpointWarning = true}), *without, strip);
   ASSERT_GT(text.Width(), Pixels(250));
   EXPECT_LE(text.right, Face(5).right) << "no further than the faces above it";
   const Argb color = GetParam() == Skin::Standard ? 0xFFE3C69C : 0xFFFFFFFF;

@@ -1,11 +1,11 @@
 // What a picture shows: where its ink lies and whether it equals another.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 
 #include "platform/drawing.h"
 #include "platform/geometry.h"
+#include "tests/support/picture_box.h"
 
 namespace ui {
 
@@ -18,17 +18,8 @@ inline int Lightness(platform::Argb color) {
 template <class Predicate>
 platform::Rect InkBox(const platform::Bitmap& picture, const platform::Rect& area,
                       Predicate isInk) {
-  platform::Rect box{area.right, area.bottom, area.left, area.top};
-  for (std::int32_t y = area.top; y < area.bottom; ++y) {
-    for (std::int32_t x = area.left; x < area.right; ++x) {
-      if (!isInk(picture.GetPixel(x, y))) continue;
-      box.left = std::min(box.left, x);
-      box.top = std::min(box.top, y);
-      box.right = std::max(box.right, x + 1);
-      box.bottom = std::max(box.bottom, y + 1);
-    }
-  }
-  return box.right > box.left ? box : platform::Rect{};
+  return support::BoxOf(
+      area, [&](std::int32_t x, std::int32_t y) { return isInk(picture.GetPixel(x, y)); });
 }
 
 // Ink that stands out from the middle greys of the plain artwork.
@@ -40,13 +31,9 @@ inline bool IsLight(platform::Argb color) {
 }
 
 inline bool SamePixels(const platform::Bitmap& one, const platform::Bitmap& other) {
-  if (one.Width() != other.Width() || one.Height() != other.Height()) return false;
-  for (std::int32_t y = 0; y < one.Height(); ++y) {
-    for (std::int32_t x = 0; x < one.Width(); ++x) {
-      if (one.GetPixel(x, y) != other.GetPixel(x, y)) return false;
-    }
-  }
-  return true;
+  const platform::Rect area = support::AreaOf(one);
+  return area == support::AreaOf(other) &&
+         support::BoxOfDifference(one, other, area) == platform::Rect{};
 }
 
 }  // namespace ui

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/drawing.h"
+#include "tests/support/picture_box.h"
 
 namespace platform {
 
@@ -18,15 +19,8 @@ inline std::uint32_t AlphaAt(const Bitmap& bitmap, std::int32_t x, std::int32_t 
 
 // The smallest rectangle that holds all pixels that are not fully transparent.
 inline Rect PaintedBounds(const Bitmap& bitmap) {
-  Rect bounds{bitmap.Width(), bitmap.Height(), 0, 0};
-  for (std::int32_t y = 0; y < bitmap.Height(); ++y) {
-    for (std::int32_t x = 0; x < bitmap.Width(); ++x) {
-      if (AlphaAt(bitmap, x, y) == 0) continue;
-      bounds = {std::min(bounds.left, x), std::min(bounds.top, y), std::max(bounds.right, x + 1),
-                std::max(bounds.bottom, y + 1)};
-    }
-  }
-  return bounds;
+  return support::BoxOf(support::AreaOf(bitmap),
+                        [&](std::int32_t x, std::int32_t y) { return AlphaAt(bitmap, x, y) != 0; });
 }
 
 // How many pixels the painted coverage amounts to.
