@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -15,11 +16,26 @@
 #include "platform/guid.h"
 #include "store/tuning_import.h"
 #include "tests/fuzz/fuzz_target.h"
-#include "tests/fuzz/registry_values.h"
+#include "tests/support/registry_tree.h"
 
 namespace {
 
 constexpr std::u16string_view kPath = u"/program/any.vtd";
+
+// By key path and value name.
+using RegistryValues = std::map<std::u16string, std::string>;
+
+std::u16string ValuePath(const std::u16string& key, const std::u16string& name) {
+  return key + u" : " + name;
+}
+
+RegistryValues AllValues(platform::Registry& registry) {
+  RegistryValues values;
+  for (const auto& [path, value] : support::ReadTree(registry, u"SOFTWARE")) {
+    if (path.find(u" : ") != std::u16string::npos) values[path] = value.bytes;
+  }
+  return values;
+}
 
 std::u16string Wide(const std::string& text) {
   return {text.begin(), text.end()};
@@ -34,7 +50,7 @@ class Expectation {
 
   std::uint32_t Ssid() const { return ssid_; }
   bool IsComplete() const { return isComplete_; }
-  const fuzz::RegistryValues& Values() const { return values_; }
+  const RegistryValues& Values() const { return values_; }
 
  private:
   std::optional<std::string_view> Take(std::size_t count) {
@@ -90,7 +106,7 @@ class Expectation {
     if (settingsKeys_.contains(route)) {
       const bool isOff = route == u"{DFF21CE2-F70F-11D0-B917-00A0C9223196}" ||
                          route == u"{DFF21FE3-F70F-11D0-B917-00A0C9223196}";
-      values_[{Key(u"Parameters", route), u"ActiveSetting"}] =
+      values_[ValuePath(Key(u"Parameters", route), u"ActiveSetting")] =
           std::string(isOff ? "1\0\0\0" : "2\0\0\0", 4);
     }
     return isRead;
@@ -109,7 +125,7 @@ class Expectation {
       const auto bits = Number();
       if (!bits) return false;
       for (const char16_t* tree : {u"Parameters", u"Defaults"}) {
-        values_[{Key(tree, route) + u"\\" + setting, u"Param" + Wide(std::to_string(i))}] =
+        values_[ValuePath(Key(tree, route) + u"\\" + setting, u"Param" + Wide(std::to_string(i)))] =
             before.substr(0, 4);
       }
       if (std::isnan(std::bit_cast<float>(*bits))) return false;
@@ -121,7 +137,7 @@ class Expectation {
   std::uint32_t ssid_ = 0;
   std::uint32_t routes_ = 0;
   std::set<std::u16string> settingsKeys_;
-  fuzz::RegistryValues values_;
+  RegistryValues values_;
   bool isComplete_ = false;
 };
 
@@ -134,13 +150,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   platform::FakeFileSystem files;
   files.PutFile(kPath, bytes);
   store::TuningImport import(registry, files, {});
-  fuzz::Require(
-      !import.ImportTuningFile(kPath, expected.Ssid() + 1) && fuzz::AllValues(registry).empty(),
-      "a file for another machine leaves the store as it was");
+  fuzz::Require(!import.ImportTuningFile(kPath, expected.Ssid() + 1) && AllValues(registry).empty(),
+                "a file for another machine leaves the store as it was");
   const bool isImported = import.ImportTuningFile(kPath, expected.Ssid()).has_value();
   fuzz::Require(isImported == expected.IsComplete(), "complete files are imported, others are not");
-  fuzz::Require(fuzz::AllValues(registry) == expected.Values(),
-                "the store holds the file's values");
+  fuzz::Require(AllValues(registry) == expected.Values(), "the store holds the file's values");
   fuzz::Require(files.Contents(u"/state/Velsona.txt").has_value() == isImported,
                 "imports are described in the log");
   return 0;

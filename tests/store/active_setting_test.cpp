@@ -52,12 +52,9 @@ TEST_F(ActiveSettingTest, IsWrittenForTheRouteAndItsTwin) {
   } cases[] = {
       {kSpeakerJack, OutputPath::LineOut, {kLineConnector}},
       {kSpeakerJack, OutputPath::InternalSpeaker, {kSpeakerJack, kSubwoofer}},
-      {kSpeakerJack, OutputPath::Headphone, {kHeadphones}},
       {kSpeakerJack, OutputPath::SpeakerWithSubwoofer, {kSpeakerJack, kSubwoofer}},
       {lowerJack, OutputPath::InternalSpeaker, {lowerJack, kSubwoofer}},
-      {kHeadphones, OutputPath::InternalSpeaker, {kHeadphones}},
       {kHeadphones, OutputPath::SpeakerWithSubwoofer, {kHeadphones}},
-      {u"my jack", OutputPath::Headphone, {u"my jack"}},
   };
   for (const auto& c : cases) {
     static_cast<void>(registry_.RemoveTree(platform::RegistryRoot::LocalMachine, u"SOFTWARE"));

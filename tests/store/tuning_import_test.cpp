@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <functional>
-#include <limits>
 #include <set>
 
 #include "platform/fake/fake_files.h"
@@ -97,29 +95,6 @@ TEST_F(TuningImportTest, ReadErrorCountsLikeTheEndOfTheFile) {
   }
 }
 
-TEST_F(TuningImportTest, AbsurdCountsEndAtTheEndOfTheFile) {
-  constexpr std::uint32_t kAbsurd = 0xFFFFFFFF;
-  TuningFileBuilder routes;
-  routes.Header(0x0100, kTestSsid, kAbsurd);
-  routes.Route(kSpeakerBytes, kSpeakerRoute, 1, u"2").FullSetting({1.0F});
-  TuningFileBuilder settings;
-  settings.Header(0x0100, kTestSsid, 1);
-  settings.Route(kSpeakerBytes, kSpeakerRoute, kAbsurd, u"2").FullSetting({1.0F}).FullSetting({});
-  TuningFileBuilder parameters;
-  parameters.Header(0x0100, kTestSsid, 1).Route(kSpeakerBytes, kSpeakerRoute, 1, u"2");
-  parameters.Setting(kAbsurd).Parameter(1.0F).Parameter(2.0F);
-
-  EXPECT_EQ(Import(routes.Bytes()), std::nullopt);
-  EXPECT_EQ(Stored(), routes.TreeAfter(routes.Bytes().size()));
-  Clear();
-  EXPECT_EQ(Import(settings.Bytes()), std::nullopt);
-  // The keys of the setting after the last are made before its count is missed.
-  EXPECT_EQ(Stored(), TuningFileBuilder(settings).Setting(0).TreeAfter(settings.Bytes().size()));
-  Clear();
-  EXPECT_EQ(Import(parameters.Bytes()), std::nullopt);
-  EXPECT_EQ(Stored(), parameters.TreeAfter(parameters.Bytes().size()));
-}
-
 TEST_F(TuningImportTest, RejectsWhatIsNotForThisMachine) {
   const std::string good = SpeakerFile(kTestSsid, 1.0F);
   const auto changed = [&](std::size_t offset, char byte) {
@@ -137,32 +112,6 @@ TEST_F(TuningImportTest, RejectsWhatIsNotForThisMachine) {
   files_.DenyOpening(kFile);
   EXPECT_EQ(Import(good), std::nullopt);
   EXPECT_FALSE(files_.Contents(kLog).has_value());
-}
-
-TEST_F(TuningImportTest, NanNeverVerifiesAndEndsTheImport) {
-  constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-  TuningFileBuilder file;
-  file.Header(0x0100, kTestSsid, 2);
-  file.Route(kSpeakerBytes, kSpeakerRoute, 2, u"2").FullSetting({1.0F, kNan, 3.0F}).FullSetting({});
-  file.Route(kHeadphonesBytes, kHeadphonesRoute, 1, u"1").FullSetting({1.0F});
-  EXPECT_EQ(Import(file.Bytes()), std::nullopt);
-  EXPECT_EQ(Speaker(u"Param1"), 1.0F);
-  EXPECT_TRUE(std::isnan(Speaker(u"Param2").value_or(0.0F)));
-  EXPECT_FALSE(Speaker(u"Param3").has_value());
-  const support::Tree tree = Stored();
-  EXPECT_FALSE(tree.contains(SettingsPath(u"Parameters", kSpeakerRoute) + u"\\2"));
-  EXPECT_TRUE(tree.contains(SettingsPath(u"Parameters", kSpeakerRoute) + u" : ActiveSetting"));
-  EXPECT_FALSE(tree.contains(SettingsPath(u"Parameters", kHeadphonesRoute)));
-}
-
-TEST_F(TuningImportTest, LaterSectionOfARouteWins) {
-  TuningFileBuilder file;
-  file.Header(0x0100, kTestSsid, 2);
-  file.Route(kSpeakerBytes, kSpeakerRoute, 1, u"2").FullSetting({1.0F, 2.0F});
-  file.Route(kSpeakerBytes, kSpeakerRoute, 1, u"2").FullSetting({5.0F});
-  EXPECT_EQ(Import(file.Bytes()), kTestSsid);
-  EXPECT_EQ(Speaker(u"Param1"), 5.0F);
-  EXPECT_EQ(Speaker(u"Param2"), 2.0F);
 }
 
 TEST_F(TuningImportTest, ParametersBeyondTheEnginesAreWrittenToo) {
