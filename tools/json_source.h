@@ -1,20 +1,17 @@
 // JSON as a tree that remembers where everything stood, so that errors can name the place.
 #pragma once
 
-#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "platform/virtual/tracked_text.h"
+
 namespace tools {
 
-// Both count from 1; columns count bytes.
-struct SourcePosition {
-  std::size_t line = 1;
-  std::size_t column = 1;
-};
+using SourcePosition = platform::TextPosition;
 
 // `field` is empty when the text is no JSON.
 class SourceError : public std::runtime_error {

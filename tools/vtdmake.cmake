@@ -7,4 +7,5 @@ add_executable(vtdmake
   ${CMAKE_CURRENT_LIST_DIR}/tuning_encoding.cpp
   ${CMAKE_CURRENT_LIST_DIR}/vtdmake.cpp)
 target_include_directories(vtdmake PRIVATE ${CMAKE_SOURCE_DIR})
-target_link_libraries(vtdmake PRIVATE tonalyx_platform tonalyx_dsp nlohmann_json::nlohmann_json)
+target_link_libraries(vtdmake PRIVATE tonalyx_platform_virtual tonalyx_dsp
+  nlohmann_json::nlohmann_json)

@@ -24,13 +24,20 @@ bool IsEscaped(std::string_view text, std::size_t quote) {
 }  // namespace
 
 TextPosition TrackedText::PositionOf(std::size_t offset) const {
-  const std::string_view before = text_.substr(0, std::min(offset, text_.size()));
-  const std::size_t lineStart = before.rfind('\n') + 1;  // npos + 1 is 0
-  const std::string_view line = before.substr(lineStart);
-  const auto breaks = std::ranges::count(before, '\n');
-  const auto continuations = std::ranges::count_if(line, IsContinuationByte);
-  return {static_cast<std::size_t>(breaks) + 1,
-          line.size() - static_cast<std::size_t>(continuations) + 1};
+  const std::size_t end = std::min(offset, text_.size());
+  if (end < knownOffset_) {
+    knownOffset_ = 0;
+    known_ = {};
+  }
+  for (; knownOffset_ < end; ++knownOffset_) {
+    const char byte = text_[knownOffset_];
+    if (byte == '\n') {
+      known_ = {known_.line + 1, 1};
+    } else if (!IsContinuationByte(byte)) {
+      ++known_.column;
+    }
+  }
+  return known_;
 }
 
 TextPosition TrackedText::StartOfString() const {

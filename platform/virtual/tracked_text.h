@@ -7,9 +7,10 @@
 
 namespace platform {
 
+// Both count from 1; columns count characters.
 struct TextPosition {
-  std::size_t line;
-  std::size_t column;
+  std::size_t line = 1;
+  std::size_t column = 1;
 };
 
 // Belongs to one reader at a time; the iterators must not outlive it.
@@ -50,7 +51,7 @@ class TrackedText {
   Iterator Begin() { return {this, 0}; }
   Iterator End() { return {this, text_.size()}; }
 
-  // Counted from 1; columns count characters. An offset past the end is the end.
+  // An offset past the end is the end.
   TextPosition PositionOf(std::size_t offset) const;
 
   // Where the token begins that the reader has just consumed: a string with its closing quote, a
@@ -62,6 +63,9 @@ class TrackedText {
  private:
   std::string_view text_;
   std::size_t consumed_ = 0;
+  // The place asked for last: the next one is mostly not far behind it.
+  mutable std::size_t knownOffset_ = 0;
+  mutable TextPosition known_;
 };
 
 }  // namespace platform
