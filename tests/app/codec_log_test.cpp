@@ -22,9 +22,10 @@ constexpr const char* kNoneInstalled =
 class CodecLogTest : public AppFixture {
  protected:
   std::unique_ptr<platform::RegistryKey> RegisterClass(std::u16string_view clsid) {
-    return registry_.CreateKey(platform::RegistryRoot::ClassesRoot,
-                               u"AudioEngine\\AudioProcessingObjects\\" + std::u16string(clsid),
-                               platform::kRegistryAllAccess);
+    return machine_.registry.CreateKey(
+        platform::RegistryRoot::ClassesRoot,
+        u"AudioEngine\\AudioProcessingObjects\\" + std::u16string(clsid),
+        platform::kRegistryAllAccess);
   }
 
   static void SetText(platform::RegistryKey& key, std::u16string_view name,
@@ -37,7 +38,9 @@ class CodecLogTest : public AppFixture {
     key.SetValue(name, platform::RegistryType::Dword, std::as_bytes(std::span(&number, 1)));
   }
 
-  void LogDevice(std::u16string_view text) { LogCodecDevice(text, files_, registry_); }
+  void LogDevice(std::u16string_view text) {
+    LogCodecDevice(text, machine_.files, machine_.registry);
+  }
 };
 
 TEST_F(CodecLogTest, NamesEveryClassThatIsNotInstalled) {
@@ -65,7 +68,7 @@ TEST_F(CodecLogTest, ReportsAnInstalledClassByteForByte) {
 
 TEST_F(CodecLogTest, WritesANameThatFillsItsBufferAndDropsALongerOne) {
   for (const std::size_t length : {255U, 256U}) {
-    files_.Remove(u"/state/Velsona.txt");
+    machine_.files.Remove(u"/state/Velsona.txt");
     const auto gfx = RegisterClass(u"{2B4139E7-89E4-4458-A087-827B58916AC7}");
     SetText(*gfx, u"FriendlyName", std::u16string(length, u'n'));
     LogDevice(u"ID\r\n\r\n");
@@ -81,8 +84,9 @@ TEST_F(CodecLogTest, CutsADeviceTextThatDoesNotFitItsRecord) {
 }
 
 TEST_F(CodecLogTest, DropsItsLinesWhileAnotherHoldsTheLog) {
-  files_.PutFile(u"/state/Velsona.txt", "kept");
-  const auto holder = files_.OpenExisting(u"/state/Velsona.txt", platform::FileAccess::Append);
+  machine_.files.PutFile(u"/state/Velsona.txt", "kept");
+  const auto holder =
+      machine_.files.OpenExisting(u"/state/Velsona.txt", platform::FileAccess::Append);
   ASSERT_TRUE(holder);
   LogDevice(u"ID\r\n\r\n");
   EXPECT_EQ(Log(), "kept");

@@ -18,8 +18,8 @@ using testing::Not;
 class CodecProbeTest : public AppFixture {
  protected:
   std::uint32_t Probe(std::vector<DeviceRecord> devices) {
-    deviceSetup_.SetDevices(std::move(devices));
-    return ProbeCodecSsid(platform_);
+    machine_.deviceSetup.SetDevices(std::move(devices));
+    return ProbeCodecSsid(machine_.platform);
   }
 };
 
@@ -95,7 +95,7 @@ TEST_F(CodecProbeTest, SkipsDevicesWhoseStatusFailsAndSurvivesAFailedSet) {
   EXPECT_EQ(Probe({failing}), 0U);
   EXPECT_EQ(Log(), "");
 
-  deviceSetup_.FailRequests(1);
+  machine_.deviceSetup.FailRequests(1);
   EXPECT_EQ(Probe({Device(u"HDAUDIO\\FUNC_01&VEN_14F1&SUBSYS_33334444")}), 0x33334444U)
       << "the first family's set failed, the second's did not";
 }

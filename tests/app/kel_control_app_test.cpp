@@ -35,18 +35,25 @@ class KelControlAppTest : public AppFixture {
     platform::DeviceRecord codec;
     codec.hardwareIds = {u"HDAUDIO\\FUNC_01&VEN_10EC&DEV_0257&SUBSYS_" +
                          std::u16string(digits, digits + 8) + u"&REV_1000"};
-    deviceSetup_.SetDevices({codec});
+    machine_.deviceSetup.SetDevices({codec});
+  }
+
+  // The machine as somebody finds it for whom this is the lock.
+  platform::Platform PlatformWith(platform::FakeSingleInstance& lock) {
+    return {machine_.registry,    machine_.events,       machine_.files,
+            machine_.deviceSetup, machine_.audioDevices, lock,
+            machine_.clock};
   }
 
   std::int32_t Run(const std::vector<std::u16string>& arguments) {
-    CKelControlApp application(platform_, windows_, arguments);
+    CKelControlApp application(machine_.platform, windows_, arguments);
     loopWanted_ = application.InitInstance();
     return application.ExitInstance();
   }
 
   bool StoreExists() {
-    return registry_.OpenKey(platform::RegistryRoot::LocalMachine, u"SOFTWARE\\Norvane",
-                             platform::kRegistryRead) != nullptr;
+    return machine_.registry.OpenKey(platform::RegistryRoot::LocalMachine, u"SOFTWARE\\Norvane",
+                                     platform::kRegistryRead) != nullptr;
   }
 
   RecordingWindows windows_;
@@ -62,8 +69,7 @@ TEST_F(KelControlAppTest, ShowsTheMainWindowWithTheModelsFlags) {
        {Case{resources::kStandardSample, "main"}, Case{resources::kLayersSample, "main layers"},
         Case{resources::kDavrinSample, "main layers davrin"}}) {
     platform::FakeSingleInstance lock;
-    platform::Platform platform{registry_,     events_, files_, deviceSetup_,
-                                audioDevices_, lock,    clock_};
+    platform::Platform platform = PlatformWith(lock);
     UseLaptop(test.ssid);
     RecordingWindows windows;
     CKelControlApp application(platform, windows, {});
@@ -86,8 +92,7 @@ TEST_F(KelControlAppTest, InstallsExactlyForTheOneArgument) {
   };
   for (const Case& test : cases) {
     platform::FakeSingleInstance lock;
-    platform::Platform platform{registry_,     events_, files_, deviceSetup_,
-                                audioDevices_, lock,    clock_};
+    platform::Platform platform = PlatformWith(lock);
     UseLaptop(resources::kStandardSample);
     RecordingWindows windows;
     CKelControlApp application(platform, windows, test.arguments);
@@ -116,8 +121,8 @@ TEST_F(KelControlAppTest, LeavesNothingBehindWhenAnUnsupportedModelIsInstalled) 
 TEST_F(KelControlAppTest, InstallsWithoutATuningFileAndStillLeavesTheRouteHint) {
   UseLaptop(resources::kStandardSample);
   EXPECT_EQ(Run({u"/init"}), 0);
-  const auto key = registry_.OpenKey(platform::RegistryRoot::LocalMachine,
-                                     u"SOFTWARE\\Norvane\\Velsona", platform::kRegistryRead);
+  const auto key = machine_.registry.OpenKey(
+      platform::RegistryRoot::LocalMachine, u"SOFTWARE\\Norvane\\Velsona", platform::kRegistryRead);
   ASSERT_TRUE(key);
   std::uint32_t hint = 0;
   std::uint32_t size = sizeof(hint);
@@ -137,8 +142,7 @@ TEST_F(KelControlAppTest, SecondCopyRaisesTheFirstAndDoesNothingElse) {
   for (const Case& test : cases) {
     platform::FakeSingleInstance lock;
     lock.SetRunningCopy(test.titles);
-    platform::Platform platform{registry_,     events_, files_, deviceSetup_,
-                                audioDevices_, lock,    clock_};
+    platform::Platform platform = PlatformWith(lock);
     for (const std::vector<std::u16string>& arguments :
          {std::vector<std::u16string>{}, std::vector<std::u16string>{u"/init"}}) {
       CKelControlApp application(platform, windows_, arguments);
@@ -150,7 +154,7 @@ TEST_F(KelControlAppTest, SecondCopyRaisesTheFirstAndDoesNothingElse) {
     EXPECT_EQ(lock.Raised(), raisedByBoth);
     EXPECT_THAT(lock.Acquired(), ElementsAre(u"Velsona", u"Velsona"));
   }
-  EXPECT_EQ(deviceSetup_.Requests(), 0);
+  EXPECT_EQ(machine_.deviceSetup.Requests(), 0);
   EXPECT_EQ(Log(), "");
   EXPECT_THAT(windows_.calls, IsEmpty());
   EXPECT_FALSE(StoreExists());
