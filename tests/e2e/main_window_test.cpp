@@ -113,16 +113,6 @@ TEST_F(MainWindowTest, FollowsHeadphonesInAndOut) {
   EXPECT_TRUE(ShowsPicture(movie));
 }
 
-TEST_F(MainWindowTest, SubwooferRouteWritesBothTwins) {
-  Open("standard");
-  Laptop({"plug", "subwoofer"});
-  std::this_thread::sleep_for(milliseconds(300));
-  ClickMode(3);
-  EXPECT_THAT(ReceivedEvents(), ElementsAreArray(ModeChangeEvents()));
-  EXPECT_EQ(ActiveSetting(kSpeakerKey), "4");
-  EXPECT_EQ(ActiveSetting(kSubwooferKey), "4");
-}
-
 TEST_F(MainWindowTest, WarnsWhileAnotherAdapterPlays) {
   Open("standard");
   const std::string other = OtherActiveEndpointId();
@@ -220,15 +210,6 @@ TEST_F(MainWindowTest, MinimisesAndSecondStartBringsItBack) {
   StartPanel();
   EXPECT_TRUE(Log().starts_with(log));
   EXPECT_GT(Log().size(), log.size());
-}
-
-TEST_F(MainWindowTest, AKilledCopyDoesNotKeepTheNextFromStarting) {
-  UseLaptop("standard");
-  StartPanel();
-  panel_->Kill(9);
-  ASSERT_TRUE(panel_->WaitForExit(seconds(2)));
-  StartPanel();
-  EXPECT_EQ(ClosePanel(), 0);
 }
 
 TEST_F(MainWindowTest, AdvancedEntryExistsOnlyWithThreeLayers) {

@@ -178,44 +178,6 @@ TEST_F(Input, CaptionMovesTheWindowAndSendsNoClientMessages) {
   });
 }
 
-TEST_F(Input, SystemMenuOffersTheAppendedEntry) {
-  constexpr std::uint16_t kAbout = 16;
-  dialog_.onInit = [&] {
-    dialog_.AppendSystemMenuSeparator();
-    dialog_.AppendSystemMenuItem(kAbout, u"&About...");
-  };
-  dialog_.onHitTest = [&](Point screen) {
-    return screen.y < dialog_.WindowRect().top + 20 ? HitTest::SystemMenu : HitTest::Client;
-  };
-  RunWithHands(dialog_, [&](X11Desktop& desktop) {
-    WaitUntilShown(desktop);
-    const Point corner = Screen(dialog_, 50, 10);
-    desktop.Click(corner.x, corner.y);
-    // The menu opens under the pointer; its letter chooses once it is there.
-    EXPECT_TRUE(support::Eventually([&] {
-      desktop.PressKey("a");
-      return dialog_.log.Count("dialog: system command 16") > 0;
-    }));
-    EXPECT_EQ(dialog_.log.Count("dialog: down 50,10"), 0);
-  });
-}
-
-TEST_F(Input, PopupMenuSendsTheChosenCommand) {
-  constexpr std::uint32_t kOpenMenu = message::kUser + 60;
-  const auto items = std::to_array<MenuItem>({{901, u"&Load"}, {0, u""}, {902, u"&Save"}});
-  dialog_.onMessage[kOpenMenu] = [&] {
-    dialog_.TrackPopupMenu(items, dialog_.ClientToScreen({30, 30}));
-  };
-  RunWithHands(dialog_, [&](X11Desktop& desktop) {
-    WaitUntilShown(desktop);
-    PostToWindow(dialog_.Handle(), kOpenMenu, 0, 0);
-    EXPECT_TRUE(support::Eventually([&] {
-      desktop.PressKey("s");
-      return dialog_.log.Count("dialog: command 902") > 0;
-    }));
-  });
-}
-
 TEST_F(Input, MinimisedAndHiddenWindowsComeBackToTheirPlace) {
   constexpr std::uint32_t kMinimize = message::kUser + 60;
   constexpr std::uint32_t kHide = message::kUser + 61;

@@ -60,22 +60,6 @@ TEST(WindowSizes, DialogUnitsFollowTheResolution) {
   });
 }
 
-TEST(WindowSurface, ControlsPaintOverTheDialogsBackground) {
-  NotingDialog dialog(kSkinnedTest);
-  RunWithHands(dialog, [&](X11Desktop& desktop) {
-    const auto shown = desktop.WaitForWindow("Test dialog", std::chrono::seconds(5));
-    ASSERT_TRUE(shown);
-    const auto colorAt = [&](const Window& window, std::int32_t x, std::int32_t y) {
-      const Point point = window.ClientToScreen({x, y});
-      return desktop.PixelAt(point.x, point.y);
-    };
-    EXPECT_TRUE(support::Eventually([&] { return colorAt(dialog.first, 0, 0) == 0xC00000; }));
-    EXPECT_TRUE(support::Eventually([&] { return colorAt(dialog.second, 9, 9) == 0x0000C0; }));
-    EXPECT_TRUE(support::Eventually([&] { return colorAt(dialog.button, 5, 5) == 0x00C000; }));
-    EXPECT_TRUE(support::Eventually([&] { return colorAt(dialog, 10, 10) == 0x303030; }));
-  });
-}
-
 // Four stripes of rising alpha.
 constexpr std::int32_t kStripe = 20;
 constexpr std::array<std::uint32_t, 4> kStripeAlphas{0x00, 0x40, 0xC0, 0xFF};
