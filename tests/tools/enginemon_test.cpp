@@ -158,23 +158,6 @@ TEST_F(EnginemonTest, LeavesTheEventsOfALivingOneAndTakesThoseOfAKilledOne) {
   EXPECT_EQ(third.output, "ready\n");
 }
 
-TEST_F(EnginemonTest, ShowsTheValuesThatChanged) {
-  SetParameter(118, 1.0F);
-  SetParameter(9, 4.0F);
-  const auto monitor = Start({"--values"});
-  ASSERT_EQ(monitor->ReadLine(seconds(10)), "ready");
-  const std::string event = std::string("Global\\VelsonaGFXPropEvent") + kActiveGuid;
-  SetParameter(118, 0.1F);
-  SetParameter(9, -1e20F);
-  ASSERT_TRUE(Set(event));
-  EXPECT_EQ(monitor->ReadLine(seconds(10)), event);
-  const std::string place = "  {DFF21CE1-F70F-11D0-B917-00A0C9223196} 2 ";
-  EXPECT_EQ(monitor->ReadLine(seconds(10)), place + "Param9 -1.00000002e+20");
-  EXPECT_EQ(monitor->ReadLine(seconds(10)), place + "Param118 0.100000001");
-  ASSERT_TRUE(Set(event));
-  EXPECT_THAT(monitor->ReadLinesUntilQuiet(milliseconds(300)), ElementsAre(event));
-}
-
 TEST_F(EnginemonTest, ShowsRouteSettingAndUnits) {
   std::ofstream(temporary_.Path() / "laptop.json")
       << R"({"devices": [], "defaultEndpoint": "a", "endpoints": [{"id": "a", "guid": ")"
