@@ -11,7 +11,6 @@
 #include <memory>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "platform/host.h"
@@ -22,6 +21,7 @@
 #include "tests/faults/machine.h"
 #include "tests/faults/process_numbers.h"
 #include "tests/faults/rounds.h"
+#include "tests/support/scripted_window.h"
 #include "ui/controls/control_window.h"
 #include "ui/eq/kel_control_dlg.h"
 
@@ -29,8 +29,6 @@ namespace faults {
 namespace {
 
 using platform::MakeWParam;
-
-constexpr std::uint32_t kStepMessage = platform::message::kUser + 100;
 
 struct Command {
   std::uint16_t control;
@@ -49,49 +47,6 @@ constexpr std::array kEdits = {
     Command{resources::kBandwidthSlider, ui::kPsnValueChanged},
     Command{resources::kKnobBass, ui::kPotnValueChanged},
     Command{resources::kKnobWidener, ui::kPotnValueChanged},
-};
-
-// Expanded at first, then an edit after the other as fast as the program takes them; ends itself
-// after `edits`. `onEdit` is told how many were made.
-class EditedDialog : public ui::CKelControlDlg {
- public:
-  EditedDialog(const platform::Platform& platform, int edits, std::function<void(int)> onEdit)
-      : CKelControlDlg(platform, {.threeGuiLayers = true, .davrinModel = false}),
-        edits_(edits),
-        onEdit_(std::move(onEdit)) {}
-
- protected:
-  platform::LResult WindowProc(std::uint32_t message, platform::WParam wParam,
-                               platform::LParam lParam) override {
-    if (message == kStepMessage) {
-      Step();
-      return 0;
-    }
-    const platform::LResult result = CKelControlDlg::WindowProc(message, wParam, lParam);
-    if (message == platform::message::kPaint && !isPainted_) {
-      isPainted_ = true;
-      Send(platform::message::kCommand, MakeWParam(resources::kExpandButton, 0), 0);
-      platform::PostToWindow(Handle(), kStepMessage, 0, 0);
-    }
-    return result;
-  }
-
- private:
-  void Step() {
-    if (made_ == edits_) {
-      EndDialog(platform::kIdOk);
-      return;
-    }
-    const Command& edit = kEdits.at(static_cast<std::size_t>(made_) % kEdits.size());
-    Send(platform::message::kCommand, MakeWParam(edit.control, edit.notification), 0);
-    onEdit_(++made_);
-    platform::PostToWindow(Handle(), kStepMessage, 0, 0);
-  }
-
-  const int edits_;
-  const std::function<void(int)> onEdit_;
-  int made_ = 0;
-  bool isPainted_ = false;
 };
 
 struct Footprint {
@@ -150,14 +105,25 @@ class GrowthTest : public testing::Test {
     }
   }
 
-  // A dialog with this many edits, from its opening to its end. `onEdit` after each of them.
+  // A dialog with this many edits, as fast as the program takes them, from its opening to its end.
+  // `onEdit` is told after each how many were made.
   void RunDialog(
       int edits, const std::function<void(int)>& onEdit = [](int) {}) {
-    EditedDialog dialog(host_->Get(), edits, [&](int made) {
-      received_ += engine_->Wait(std::chrono::milliseconds(0)).size();
-      onEdit(made);
+    support::Scripted<ui::CKelControlDlg> dialog(host_->Get(), store::ModelFlags{true, false});
+    dialog.AllowTime(std::chrono::minutes(15));
+    dialog.Then([&] { return dialog.Received(platform::message::kPaint) > 0; });
+    dialog.ThenDo([&] {
+      dialog.Send(platform::message::kCommand, MakeWParam(resources::kExpandButton, 0), 0);
     });
-    dialog.DoModal();
+    int made = 0;
+    dialog.Then([&] {
+      const Command& edit = kEdits.at(static_cast<std::size_t>(made) % kEdits.size());
+      dialog.Send(platform::message::kCommand, MakeWParam(edit.control, edit.notification), 0);
+      received_ += engine_->Wait(std::chrono::milliseconds(0)).size();
+      onEdit(++made);
+      return made == edits;
+    });
+    EXPECT_EQ(dialog.DoModal(), support::kScriptEnded);
   }
 
   static void ExpectNoGrowth(const Footprint& before, const Footprint& after) {
