@@ -268,38 +268,6 @@ TEST_F(EqEditorTest, AFrequencyEditRoundsTheStoredQToTheSlider) {
   EXPECT_EQ(machine_.Read(kSpeakerPathKey, u"3", BandParameter(1, kQ)), 0.7F);
 }
 
-TEST_F(EqEditorTest, TypesSetWhatTheyBringAlongAndWhichSlidersAcceptInput) {
-  struct Case {
-    FilterType type;
-    float q;
-    float gain;
-    bool gainEnabled;
-    bool bandwidthEnabled;
-  };
-  // One after the other on the same band: Peaking keeps what Low Pass has left.
-  const Case cases[] = {
-      {FilterType::HighShelving, 0.7F, 1.0F, true, false},
-      {FilterType::LowPass, 0.7F, kMinusThreeDecibels, false, false},
-      {FilterType::Peaking, 0.7F, kMinusThreeDecibels, true, true},
-      {FilterType::HighPass, 0.7F, kMinusThreeDecibels, false, false},
-      {FilterType::LowShelving, 0.7F, kMinusThreeDecibels, true, false},
-  };
-  Open();
-  editor_.SelectBand(7);
-  for (const Case& test : cases) {
-    SCOPED_TRACE(FakeEqView::Name(test.type));
-    editor_.EditType(test.type);
-    const dsp::EqBand band = dsp::GetBand(editor_.Store().values, 7);
-    EXPECT_EQ(band.type, static_cast<float>(test.type));
-    EXPECT_EQ(band.q, test.q);
-    EXPECT_EQ(band.gain, test.gain);
-    EXPECT_EQ(view_.sliderEnabled[BandSlider::Gain], test.gainEnabled);
-    EXPECT_EQ(view_.sliderEnabled[BandSlider::Bandwidth], test.bandwidthEnabled);
-    EXPECT_EQ(view_.sliders[BandSlider::Bandwidth], 44);
-    for (const auto& [type, checked] : view_.types) EXPECT_EQ(checked, type == test.type);
-  }
-}
-
 TEST_F(EqEditorTest, AStoredTypeThatIsNoneChecksNothingAndLeavesTheSliders) {
   for (const float type : {0.0F, 6.0F, -1.0F, std::numeric_limits<float>::quiet_NaN(), 1e30F}) {
     Parameters set = EqMachine::InitialSet();
