@@ -330,6 +330,25 @@ TEST_F(AccessibleAdvancedDialog, FileDialogsOfferTheKindsOfFilesByTheirNames) {
   EXPECT_EQ(dialog.DoModal(), kScriptEnded);
 }
 
+// The system uses the low bits of its commands for itself.
+TEST_F(AccessibleAdvancedDialog, TheSystemMenusCommandLeadsToTheAboutBoxWhateverItsLowBits) {
+  const auto aboutBox = [] {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (widget->isVisible() && widget->windowTitle() == "About Tonalyx") return widget;
+    }
+    return static_cast<QWidget*>(nullptr);
+  };
+  ScriptedAdvancedDialog dialog(machine_.platform, kThreeLayers);
+  dialog.ThenDo([&] {
+    platform::PostToWindow(dialog.Handle(), platform::message::kSystemCommand,
+                           resources::kCommandAbout + 3, 0);
+  });
+  dialog.Then([&] { return aboutBox() != nullptr; });
+  dialog.ThenDo([&] { aboutBox()->close(); });
+  dialog.Then([&] { return aboutBox() == nullptr; });
+  EXPECT_EQ(dialog.DoModal(), kScriptEnded);
+}
+
 TEST_F(AccessibleAdvancedDialog, NothingIsLeftOfADialogThatIsGone) {
   Listener listener;
   std::vector<QAccessible::Id> ids;
