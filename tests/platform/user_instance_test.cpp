@@ -27,7 +27,6 @@ namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
-using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 using support::ForkedProcess;
 using support::Line;
@@ -224,15 +223,16 @@ TEST_F(RaiseTest, TellsThatNoWindowWasRaised) {
 }
 
 TEST_F(RaiseTest, IsBoundedInTimeWhateverTheFirstCopyDoes) {
-  const auto took = [this](milliseconds atMost) {
+  // Much longer than the program waits, and much shorter than the copies here stay silent.
+  const auto expectBoundedRefusal = [this] {
     const auto begin = steady_clock::now();
     EXPECT_FALSE(Raise());
-    EXPECT_LT(steady_clock::now() - begin, atMost);
+    EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(20));
   };
   {
     ForkedProcess notServing = StartCopy();
     ASSERT_EQ(notServing.Talk().Hear(), 'y');
-    took(milliseconds(300));
+    expectBoundedRefusal();
   }
   {
     ForkedProcess hanging = StartServingCopy([](const RaiseRequest&) {
@@ -240,15 +240,15 @@ TEST_F(RaiseTest, IsBoundedInTimeWhateverTheFirstCopyDoes) {
       return true;
     });
     ASSERT_EQ(hanging.Talk().Hear(), 'y');
-    took(milliseconds(1500));
+    expectBoundedRefusal();
   }
   {
     ForkedProcess stopped = StartServingCopy([](const RaiseRequest&) { return true; });
     ASSERT_EQ(stopped.Talk().Hear(), 'y');
-    stopped.Signal(SIGSTOP);
+    stopped.Stop();
     // Enough copies to fill the queue of connections.
     std::vector<std::thread> copies;
-    for (int i = 0; i < 20; ++i) copies.emplace_back([&] { took(milliseconds(2000)); });
+    for (int i = 0; i < 20; ++i) copies.emplace_back(expectBoundedRefusal);
     for (std::thread& copy : copies) copy.join();
   }
 }

@@ -61,6 +61,13 @@ class ForkedProcess {
 
   void Signal(int signal) const { kill(pid_, signal); }
 
+  // Returns when the child stands still; it does so a moment after the signal.
+  void Stop() const {
+    kill(pid_, SIGSTOP);
+    siginfo_t info{};
+    waitid(P_PID, static_cast<id_t>(pid_), &info, WSTOPPED | WNOWAIT);
+  }
+
   // As the kernel does it: no handler and no destructor runs in the child.
   void Kill() {
     kill(pid_, SIGKILL);
