@@ -73,12 +73,12 @@ TEST_P(AudioDevicesContract, ReportsChangesOnAThreadOfItsOwn) {
   ASSERT_EQ(machine_->Devices().CreateEnumerator()->RegisterCallback(sink), HResult::Ok);
 
   machine_->MakeDefault(1);
-  EXPECT_TRUE(sink.WaitFor({Kind::DefaultChanged, ids[1]}, 2s));
+  EXPECT_TRUE(sink.WaitFor({Kind::DefaultChanged, ids[1]}, 10s));
   EXPECT_NE(sink.CallingThread(), std::this_thread::get_id());
   EXPECT_EQ(DefaultId(), ids[1]);
 
   machine_->Remove(0);
-  EXPECT_TRUE(sink.WaitFor({Kind::Removed, ids[0]}, 2s));
+  EXPECT_TRUE(sink.WaitFor({Kind::Removed, ids[0]}, 10s));
   EXPECT_THAT(Ids(), testing::ElementsAre(ids[1]));
 
   EXPECT_EQ(machine_->Devices().CreateEnumerator()->UnregisterCallback(sink), HResult::Ok);
@@ -99,7 +99,7 @@ TEST_P(AudioDevicesContract, NoReportRunsOnceUnregisteringHasReturned) {
   ASSERT_EQ(enumerator->RegisterCallback(sink), HResult::Ok);
   EXPECT_GT(sink.References(), 1U);
   machine_->MakeDefault(1);
-  ASSERT_EQ(entered.get_future().wait_for(2s), std::future_status::ready);
+  ASSERT_EQ(entered.get_future().wait_for(10s), std::future_status::ready);
 
   EXPECT_EQ(enumerator->UnregisterCallback(sink), HResult::Ok);
   EXPECT_EQ(running, 0);
