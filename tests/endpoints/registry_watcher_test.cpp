@@ -113,17 +113,6 @@ class RegistryWatcherTest : public testing::Test {
   RegistryWatcher watcher_{registry_, devices_};
 };
 
-TEST_F(RegistryWatcherTest, FollowsHeadphonesInAndOut) {
-  Start();
-  SetJack(u"4", 1);
-  ExpectPosts({OutputPath::Headphone});
-  SetJack(u"4", 0);
-  ExpectPosts({OutputPath::Headphone, OutputPath::InternalSpeaker});
-  SetJack(u"20", 1);
-  ExpectPosts(
-      {OutputPath::Headphone, OutputPath::InternalSpeaker, OutputPath::SpeakerWithSubwoofer});
-}
-
 TEST_F(RegistryWatcherTest, PostsForASettingOfTheCurrentRouteOnly) {
   Start();
   SetActive(kSpeaker, u"5");
