@@ -142,17 +142,6 @@ TEST_F(PulseDevicesTest, HangingServerIsNoObstacleToRegistering) {
   EXPECT_TRUE(sink_.WaitFor({Kind::DefaultChanged, IdOf("first")}, 10s));
 }
 
-TEST_F(PulseDevicesTest, HangingServerThatIsReplacedIsFound) {
-  Register();
-  ASSERT_EQ(DefaultId(), IdOf("first"));
-  daemon_.Halt();
-  EXPECT_EQ(DefaultId(), u"none");
-  daemon_.Kill();
-  EXPECT_TRUE(sink_.WaitFor({Kind::DefaultChanged, u""}, 10s));
-  daemon_.Start();
-  EXPECT_TRUE(DefaultBecomes(IdOf("first"), 10s));
-}
-
 TEST_F(PulseDevicesTest, LevelsAreThoseOfWhatPlays) {
   EXPECT_EQ(PeakOf("first"), 0.0F);
   const auto player = daemon_.Play("second", 0.5);
