@@ -5,7 +5,6 @@
 #include <array>
 #include <cmath>
 
-#include "platform/resources.h"
 #include "tests/platform/pixels.h"
 
 namespace platform {
@@ -40,17 +39,6 @@ TEST(DrawingImages, PixelsAreNotPremultipliedOutside) {
     bitmap.SetPixel(outside.x, outside.y, 0xFFFFFFFF);
     EXPECT_EQ(bitmap.GetPixel(outside.x, outside.y), 0U);
   }
-}
-
-TEST(DrawingImages, PngDecodesOrGivesNothing) {
-  const auto bytes = FindResourceData(ResourceType::Png, 138);
-  const auto image = Bitmap::FromPng(bytes);
-  ASSERT_TRUE(image.has_value());
-  EXPECT_EQ(image->Width(), 20);
-  EXPECT_EQ(image->Height(), 20);
-  EXPECT_FALSE(Bitmap::FromPng({}).has_value());
-  EXPECT_FALSE(Bitmap::FromPng(bytes.subspan(1)).has_value());
-  EXPECT_TRUE(FindResourceData(ResourceType::Png, 9999).empty());
 }
 
 TEST(DrawingImages, OneToOneIsExact) {
@@ -115,19 +103,6 @@ TEST(DrawingImages, EnlargingStaysCrispAndInPlace) {
   EXPECT_GT(grey(20), 0x80U);
   EXPECT_LT(grey(16), 0x40U);  // the kernel's overshoot
   for (std::int32_t x = 0; x < 20; ++x) EXPECT_NEAR(grey(x) + grey(39 - x), 0x100, 1) << x;
-}
-
-TEST(DrawingImages, TilesAreLaidFromTheOrigin) {
-  Bitmap tile = EmptyBitmap(8, 8);
-  tile.SetPixel(0, 0, 0xFFFFFFFF);
-  Bitmap target = EmptyBitmap(40, 40);
-  Graphics(target).FillTiled(tile, {5, 5, 40, 40});
-  for (std::int32_t y = 0; y < 40; ++y) {
-    for (std::int32_t x = 0; x < 40; ++x) {
-      const bool inside = x >= 5 && y >= 5;
-      EXPECT_EQ(AlphaAt(target, x, y) == 255, inside && x % 8 == 0 && y % 8 == 0);
-    }
-  }
 }
 
 }  // namespace

@@ -61,12 +61,6 @@ TEST_P(BothSmoothings, TransparentOutlineCoversEachPixelOnce) {
   }
 }
 
-TEST_P(BothSmoothings, FilledRectanglesHaveTheirSize) {
-  graphics_.FillRectangle(kRed, {5, 6, 20, 10});
-  EXPECT_EQ(PaintedBounds(bitmap_), (Rect{5, 6, 25, 16}));
-  EXPECT_DOUBLE_EQ(PaintedArea(bitmap_), 200);
-}
-
 TEST(DrawingShapes, PathOutlineCoversItsFill) {
   Bitmap bitmap = EmptyBitmap(40, 40);
   Graphics graphics(bitmap);

@@ -36,18 +36,6 @@ using support::Line;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Names files without the process's umask for the test's time.
-class Umask {
- public:
-  explicit Umask(mode_t mask) : before_(umask(mask)) {}
-  ~Umask() { umask(before_); }
-  Umask(const Umask&) = delete;
-  Umask& operator=(const Umask&) = delete;
-
- private:
-  mode_t before_;
-};
-
 mode_t ModeOf(const fs::path& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
@@ -80,18 +68,6 @@ class FifoEventListenerTest : public testing::Test {
   FifoEvents events_{folder_};
 };
 
-TEST_F(FifoEventListenerTest, OpensFolderAndFifoToEveryUserWhateverTheUmask) {
-  for (const mode_t mask : {0000U, 0022U, 0077U, 0777U}) {
-    const Umask umask(mask);
-    FifoEventListener listener(folder_);
-    ASSERT_TRUE(listener.Create(u"event"));
-    EXPECT_EQ(ModeOf(folder_), 0777U);
-    EXPECT_EQ(ModeOf(folder_.parent_path()), 0777U);
-    EXPECT_EQ(ModeOf(folder_ / "event"), 0666U);
-    fs::remove_all(temporary_.Path() / "a");
-  }
-}
-
 TEST_F(FifoEventListenerTest, RefusesWhatALivingListenerHoldsAndTakesOverFromAKilledOne) {
   ForkedProcess engine = StartEngine();
   ASSERT_EQ(engine.Talk().Hear(), 'y');
@@ -109,26 +85,17 @@ TEST_F(FifoEventListenerTest, RefusesWhatALivingListenerHoldsAndTakesOverFromAKi
   EXPECT_THAT(Indices(listener.Wait(milliseconds(0))), ElementsAre(1U));
 }
 
-TEST_F(FifoEventListenerTest, RefusesAReaderThatKnowsNothingOfLocks) {
-  fs::create_directories(folder_);
-  ASSERT_EQ(mkfifo((folder_ / "event").c_str(), 0666), 0);
-  FileDescriptor reader(open((folder_ / "event").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  FifoEventListener listener(folder_);
-  EXPECT_FALSE(listener.Create(u"event"));
-  reader = FileDescriptor();
-  EXPECT_TRUE(listener.Create(u"event"));
-}
-
-TEST_F(FifoEventListenerTest, GivesWayToOneThatHasTheLockButDoesNotReadYet) {
+TEST_F(FifoEventListenerTest, GivesWayToAReaderWithoutTheLockAndToALockWithoutAReader) {
   fs::create_directories(folder_);
   const std::string path = folder_ / "event";
   ASSERT_EQ(mkfifo(path.c_str(), 0666), 0);
   FileDescriptor reader(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   FileDescriptor locked(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+  FifoEventListener listener(folder_);
+  EXPECT_FALSE(listener.Create(u"event")) << "a reader that knows nothing of locks";
   ASSERT_EQ(flock(locked.Get(), LOCK_EX | LOCK_NB), 0);
   reader = FileDescriptor();
-  FifoEventListener listener(folder_);
-  EXPECT_FALSE(listener.Create(u"event"));
+  EXPECT_FALSE(listener.Create(u"event")) << "one that does not read yet";
   locked = FileDescriptor();
   EXPECT_TRUE(listener.Create(u"event"));
 }

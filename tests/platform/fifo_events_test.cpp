@@ -84,13 +84,11 @@ TEST_F(FifoEventsTest, LeavesAloneWhateverStandsInTheFifosPlace) {
     std::function<void(const fs::path&)> put;
   };
   const std::vector<Case> cases = {
-      {"a file", [](const fs::path& path) { std::ofstream(path) << "text"; }},
       {"a folder", [](const fs::path& path) { fs::create_directory(path); }},
       {"a link to a FIFO that is read",
        [&](const fs::path& path) { fs::create_symlink(outside, path); }},
       {"a link to nothing",
        [&](const fs::path& path) { fs::create_symlink(temporary_.Path() / "made", path); }},
-      {"a FIFO that nobody reads", [](const fs::path& path) { mkfifo(path.c_str(), 0666); }},
       {"a device",
        [](const fs::path& path) { mknod(path.c_str(), S_IFCHR | 0666, makedev(1, 3)); }},
   };

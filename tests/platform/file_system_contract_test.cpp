@@ -167,9 +167,5 @@ TEST_P(FileSystemContract, FindsNamesByTheirEndWithoutRegardToCase) {
   EXPECT_THAT(files_.FindByExtension(Path(u"missing"), u".vtd"), IsEmpty());
 }
 
-TEST_P(FileSystemContract, NamesTheProgramFolderWithATrailingSeparator) {
-  EXPECT_TRUE(files_.ProgramFolder().ends_with(u'/'));
-}
-
 }  // namespace
 }  // namespace platform

@@ -70,32 +70,6 @@ TEST_F(HostileStoreTest, ALinkInTheDatabasesPlaceLeadsNowhere) {
   }
 }
 
-TEST_F(HostileStoreTest, LinksInTheOtherFilesPlacesAreNotWrittenThrough) {
-  const fs::path victim = elsewhere_ / "victim";
-  for (const char* name :
-       {"registry.db-wal", "registry.db-shm", "registry.db-journal", "registry.changed"}) {
-    for (const char* content : {"precious", ""}) {
-      SCOPED_TRACE(std::string(name) + " " + content);
-      std::ofstream(victim) << content;
-      fs::permissions(victim, fs::perms::owner_read | fs::perms::owner_write);
-      fs::create_symlink(victim, folder_ / name);
-      {
-        SqliteRegistry registry(folder_);
-        testing::internal::CaptureStderr();
-        if (const auto key = Create(registry)) {
-          SetBytes(*key, u"a", "1");
-          key->SetAccessList(u"D:(A;OICI;KA;;;BU)");
-        }
-        testing::internal::GetCapturedStderr();
-      }
-      EXPECT_EQ(Contents(victim), content);
-      EXPECT_EQ(fs::status(victim).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-      fs::remove_all(folder_);
-      fs::create_directory(folder_);
-    }
-  }
-}
-
 TEST_F(HostileStoreTest, AFolderMayBeReachedThroughALink) {
   fs::create_directory_symlink(folder_, temporary_.Path() / "link");
   SqliteRegistry registry(temporary_.Path() / "link");

@@ -1,10 +1,7 @@
 // What only real files can show.
 #include "platform/linux/posix_files.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -15,7 +12,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/linux/file_descriptor.h"
 #include "platform/text.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/temporary_folder.h"
@@ -83,20 +79,6 @@ TEST_F(PosixFilesTest, AppendsWhereTheEndIsByThen) {
   EXPECT_EQ(Contents(temporary_.Path() / "file"), "abforeignc");
 }
 
-TEST_F(PosixFilesTest, TellsThatTheDiskIsFull) {
-  // The device is no regular file, so the layer does not open it; a limit on the file's size stands
-  // in for it.
-  ForkedProcess writer([this](const Line& parent) {
-    signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{4, 4};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    const std::unique_ptr<File> file = files_.CreateAlways(Path("file"));
-    parent.Say(file && !Write(*file, "123456") ? 'y' : 'n');
-  });
-  EXPECT_EQ(writer.Talk().Hear(), 'y');
-  EXPECT_EQ(Contents(temporary_.Path() / "file"), "1234");
-}
-
 TEST_F(PosixFilesTest, KeepsNamesThatAreNoUtf8) {
   const std::string name = "caf\xE9\xFF.VTD";
   std::ofstream(temporary_.Path() / name) << "text";
@@ -116,21 +98,13 @@ TEST_F(PosixFilesTest, DoesNotCutAPathAtANul) {
   EXPECT_EQ(Contents(temporary_.Path() / "file"), "text");
 }
 
-TEST_F(PosixFilesTest, MakesTheLogsFolderWithTheLogAndOpensBothToEveryone) {
+TEST_F(PosixFilesTest, MakesTheLogsFolderWithTheLogAndNoOther) {
   const std::u16string log = files_.DiagnosticLogPath();
   EXPECT_EQ(ToUtf8(log), (stateFolder_ / "Velsona.txt").native());
   EXPECT_EQ(files_.OpenExisting(log, FileAccess::Append), nullptr);
   EXPECT_FALSE(fs::exists(temporary_.Path() / "a"));
   EXPECT_EQ(files_.CreateAlways(Path("b/file")), nullptr) << "no other file's folder is made";
-
-  const mode_t before = umask(0077);
   EXPECT_TRUE(files_.CreateAlways(log));
-  umask(before);
-  struct stat status {};
-  ASSERT_EQ(stat((stateFolder_ / "Velsona.txt").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777U, 0666U);
-  ASSERT_EQ(stat(stateFolder_.c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777U, 0777U);
 }
 
 TEST_F(PosixFilesTest, FollowsLinksExceptInTheLogsPlace) {

@@ -42,38 +42,27 @@ void WaitActive(X11Desktop& desktop, const std::string& title) {
   ASSERT_TRUE(Eventually([&] { return desktop.ActiveTitle() == title; }));
 }
 
-TEST(MessageBoxes, QuestionIsAnsweredByItsButtonsAlone) {
+TEST(MessageBoxes, KeysAnswerAndAQuestionCannotBeDismissed) {
   struct Case {
+    MessageBoxKind kind;
+    std::string dismissal;
     std::string key;
     std::int32_t answer;
   };
-  for (const Case& each : {Case{"Return", kIdNo}, Case{"y", kIdYes}, Case{"n", kIdNo}}) {
+  for (const Case& each : {Case{MessageBoxKind::YesNoDefaultNo, "Escape", "Alt+n", kIdNo},
+                           Case{MessageBoxKind::SystemError, "", "Return", kIdOk},
+                           Case{MessageBoxKind::Exclamation, "", "Escape", kIdOk}}) {
     const Hands hands([&](X11Desktop& desktop) {
-      WaitActive(desktop, "Confirm");
-      desktop.PressKey("Escape");
-      desktop.RequestClose("Confirm");
-      EXPECT_FALSE(desktop.WaitUntilGone("Confirm", milliseconds(300)));
-      if (each.key == "Return") {
-        desktop.PressKey("Return");
-      } else {
-        desktop.PressKey("Alt+" + each.key);
+      WaitActive(desktop, "Box");
+      if (!each.dismissal.empty()) {
+        desktop.PressKey(each.dismissal);
+        desktop.RequestClose("Box");
+        EXPECT_FALSE(desktop.WaitUntilGone("Box", milliseconds(300)));
       }
-      EXPECT_TRUE(desktop.WaitUntilGone("Confirm", seconds(5)));
+      desktop.PressKey(each.key);
+      EXPECT_TRUE(desktop.WaitUntilGone("Box", seconds(5)));
     });
-    EXPECT_EQ(ShowMessageBox(0, u"Sure?", u"Confirm", MessageBoxKind::YesNoDefaultNo), each.answer);
-  }
-}
-
-TEST(MessageBoxes, ErrorsEndWithAnyKeyOfDismissal) {
-  for (const MessageBoxKind kind : {MessageBoxKind::SystemError, MessageBoxKind::Exclamation}) {
-    for (const std::string key : {"Return", "Escape"}) {
-      const Hands hands([&](X11Desktop& desktop) {
-        WaitActive(desktop, "Error");
-        desktop.PressKey(key);
-        EXPECT_TRUE(desktop.WaitUntilGone("Error", seconds(5)));
-      });
-      EXPECT_EQ(ShowMessageBox(0, u"Error: no.", u"Error", kind), kIdOk);
-    }
+    EXPECT_EQ(ShowMessageBox(0, u"Text", u"Box", each.kind), each.answer);
   }
 }
 
@@ -124,17 +113,14 @@ std::optional<std::string> Ask(FileDialogKind kind, std::u16string_view filter) 
   return chosen ? std::optional(ToUtf8(*chosen)) : std::nullopt;
 }
 
-TEST_F(FileDialogs, SaveAppendsTheExtensionWhenNoneWasTyped) {
+TEST_F(FileDialogs, SaveAppendsTheExtensionWhateverTheFilterWhenNoneWasTyped) {
   for (const auto& [typed, expected] :
        {std::pair("plain", "plain.tus"), std::pair("named.dat", "named.dat")}) {
     const Hands hands([&, name = std::string(typed)](X11Desktop& desktop) {
       Enter(desktop, "Save As", Path(name));
-      EXPECT_TRUE(desktop.WaitUntilGone("Save As", seconds(5)));
     });
-    EXPECT_EQ(Ask(FileDialogKind::Save, kFilter), Path(expected));
+    EXPECT_EQ(Ask(FileDialogKind::Save, u"All files (*.*)|*.*||"), Path(expected));
   }
-  const Hands hands([&](X11Desktop& desktop) { Enter(desktop, "Save As", Path("all")); });
-  EXPECT_EQ(Ask(FileDialogKind::Save, u"All files (*.*)|*.*||"), Path("all.tus"));
 }
 
 TEST_F(FileDialogs, SaveAsksBeforeItOverwritesTheFinalName) {
@@ -154,12 +140,7 @@ TEST_F(FileDialogs, SaveAsksBeforeItOverwritesTheFinalName) {
   EXPECT_EQ(Ask(FileDialogKind::Save, kFilter), Path("old.tus"));
 }
 
-TEST_F(FileDialogs, OpenTakesExistingFilesAndEscapeCancels) {
-  Put("there.tus");
-  {
-    const Hands hands([&](X11Desktop& desktop) { Enter(desktop, "Open", Path("there.tus")); });
-    EXPECT_EQ(Ask(FileDialogKind::Open, kFilter), Path("there.tus"));
-  }
+TEST_F(FileDialogs, EscapeCancels) {
   const Hands hands([](X11Desktop& desktop) {
     WaitActive(desktop, "Open");
     desktop.PressKey("Escape");

@@ -4,14 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
 #include <thread>
-#include <utility>
 
 #include "platform/wake_event.h"
 #include "tests/platform/foreign_connection.h"
@@ -124,30 +122,6 @@ TEST_F(SqliteRegistryTest, AnotherWritersLockIsWaitedForWithinBounds) {
   }
   EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(6));
   EXPECT_EQ(SetBytes(*key, u"a", "after"), RegistryStatus::Success);
-}
-
-TEST_F(SqliteRegistryTest, WhatIsNoStoreIsToldOnceAndLeftAlone) {
-  using Spoil = void (*)(const std::filesystem::path&);
-  const std::pair<const char*, Spoil> spoilers[] = {
-      {"folder", [](const auto& file) { std::filesystem::create_directory(file); }},
-      {"newer layout", [](const auto& file) {
-         ForeignConnection(file).Execute("CREATE TABLE t(x); PRAGMA user_version = 99");
-       }}};
-  for (const auto& [name, spoil] : spoilers) {
-    SCOPED_TRACE(name);
-    const std::filesystem::path folder = temporary_.Path() / name;
-    std::filesystem::create_directory(folder);
-    spoil(folder / "registry.db");
-    SqliteRegistry registry(folder);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(Open(registry), nullptr);
-    EXPECT_EQ(Create(registry), nullptr);
-    EXPECT_EQ(Open(registry), nullptr);
-    EXPECT_EQ(registry.RemoveTree(kRoot, u"k"), RegistryStatus::FileNotFound);
-    const std::string told = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
-    EXPECT_NE(told.find("registry.db"), std::string::npos) << told;
-  }
 }
 
 TEST_F(SqliteRegistryTest, AnEmptyFileIsAStoreThatIsNotMadeYet) {
