@@ -1,7 +1,5 @@
 tonalyx_test(registry_test
   SOURCES
-    ${CMAKE_CURRENT_LIST_DIR}/hostile_store_test.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/registry_contract_backends.cpp
     ${CMAKE_CURRENT_LIST_DIR}/registry_contract_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/registry_notification_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/registry_processes_test.cpp

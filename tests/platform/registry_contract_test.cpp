@@ -11,8 +11,11 @@
 #include <thread>
 #include <vector>
 
+#include "platform/fake/fake_registry.h"
+#include "platform/linux/sqlite_registry.h"
 #include "platform/registry.h"
 #include "tests/platform/open_key.h"
+#include "tests/support/temporary_folder.h"
 
 namespace support {
 namespace {
@@ -28,6 +31,29 @@ using testing::IsEmpty;
 
 constexpr RegistryAccess kAll = platform::kRegistryAllAccess;
 constexpr RegistryAccess kRead = platform::kRegistryRead | platform::kRegistryView64;
+
+class FakeBackend : public RegistryBackend {
+ public:
+  platform::Registry& Registry() override { return registry_; }
+
+ private:
+  platform::FakeRegistry registry_;
+};
+
+class SqliteBackend : public RegistryBackend {
+ public:
+  platform::Registry& Registry() override { return registry_; }
+
+ private:
+  TemporaryFolder folder_;
+  platform::SqliteRegistry registry_{folder_.Path() / "store"};
+};
+
+const RegistryBackendKind kKinds[] = {{"Fake", [] { return std::make_unique<FakeBackend>(); }},
+                                      {"Sqlite", [] { return std::make_unique<SqliteBackend>(); }}};
+
+INSTANTIATE_TEST_SUITE_P(Backends, RegistryContract, testing::ValuesIn(kKinds),
+                         [](const auto& kind) { return kind.param.name; });
 
 TEST_P(RegistryContract, PathsWithBadPartsNeitherOpenNorAreCreated) {
   const std::u16string longest(255, u'k');

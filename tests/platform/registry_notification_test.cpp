@@ -116,18 +116,5 @@ TEST_P(RegistryContract, EveryHandleIsArmedByItself) {
   EXPECT_TRUE(StaysAsleep(secondWake)) << "woken after closing";
 }
 
-// As a watcher does on every wake.
-TEST_P(RegistryContract, ClosingAndOpeningAgainDoesNotWake) {
-  const auto writer = Create(u"k");
-  WakeEvent wake;
-  for (int round = 0; round < 20; ++round) {
-    const auto reader = Open(u"k", kRead);
-    ASSERT_EQ(reader->NotifyChange(wake), RegistryStatus::Success);
-    ASSERT_FALSE(wake.WaitFor(std::chrono::milliseconds(2)));
-    SetBytes(*writer, u"v", "1");
-    ASSERT_TRUE(IsWoken(wake));
-  }
-}
-
 }  // namespace
 }  // namespace support

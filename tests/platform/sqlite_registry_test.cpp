@@ -3,28 +3,48 @@
 #include "platform/linux/sqlite_registry.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <thread>
 
 #include "platform/wake_event.h"
-#include "tests/platform/foreign_connection.h"
 #include "tests/platform/open_key.h"
 #include "tests/support/temporary_folder.h"
 
 namespace platform {
 namespace {
 
+namespace fs = std::filesystem;
 using std::chrono::steady_clock;
-using support::ForeignConnection;
 using support::GetBytes;
 using support::SetBytes;
 
 constexpr RegistryRoot kRoot = RegistryRoot::LocalMachine;
+
+// A connection that knows nothing of our rules.
+class ForeignConnection {
+ public:
+  explicit ForeignConnection(const std::filesystem::path& file) {
+    sqlite3_open(file.c_str(), &connection_);
+  }
+  ~ForeignConnection() { sqlite3_close(connection_); }
+  ForeignConnection(const ForeignConnection&) = delete;
+  ForeignConnection& operator=(const ForeignConnection&) = delete;
+
+  void Execute(const char* sql) {
+    ASSERT_EQ(sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(connection_);
+  }
+
+ private:
+  sqlite3* connection_ = nullptr;
+};
 
 class SqliteRegistryTest : public testing::Test {
  protected:
@@ -34,10 +54,10 @@ class SqliteRegistryTest : public testing::Test {
   std::unique_ptr<RegistryKey> Create(SqliteRegistry& registry) {
     return registry.CreateKey(kRoot, u"k", kRegistryAllAccess);
   }
-  std::filesystem::path Database() const { return folder_ / "registry.db"; }
+  fs::path Database() const { return folder_ / "registry.db"; }
 
   support::TemporaryFolder temporary_;
-  std::filesystem::path folder_ = temporary_.Path() / "a/store";
+  fs::path folder_ = temporary_.Path() / "a/store";
   SqliteRegistry first_{folder_};
   SqliteRegistry second_{folder_};
 };
@@ -51,7 +71,7 @@ TEST_F(SqliteRegistryTest, ReadsMakeNothing) {
     EXPECT_EQ(first_.RemoveTree(kRoot, u"k"), RegistryStatus::FileNotFound);
     EXPECT_EQ(first_.CreateKey(kRoot, u"a\\", kRegistryAllAccess), nullptr);
   }
-  EXPECT_FALSE(std::filesystem::exists(temporary_.Path() / "a"));
+  EXPECT_FALSE(fs::exists(temporary_.Path() / "a"));
 }
 
 TEST_F(SqliteRegistryTest, WriteScopesReachOthersAsAWhole) {
@@ -125,7 +145,7 @@ TEST_F(SqliteRegistryTest, AnotherWritersLockIsWaitedForWithinBounds) {
 }
 
 TEST_F(SqliteRegistryTest, AnEmptyFileIsAStoreThatIsNotMadeYet) {
-  std::filesystem::create_directories(folder_);
+  fs::create_directories(folder_);
   std::ofstream(Database()).close();
   testing::internal::CaptureStderr();
   EXPECT_EQ(Open(first_), nullptr);
@@ -139,7 +159,7 @@ TEST_F(SqliteRegistryTest, AStoreThatIsTakenAwayIsNotWrittenOn) {
   const auto key = Create(first_);
   ASSERT_EQ(SetBytes(*key, u"a", "old"), RegistryStatus::Success);
   ASSERT_EQ(key->NotifyChange(wake), RegistryStatus::Success);
-  std::filesystem::remove_all(folder_);
+  fs::remove_all(folder_);
   EXPECT_TRUE(wake.WaitFor(std::chrono::seconds(5)));
   EXPECT_EQ(GetBytes(*key, u"a"), std::nullopt);
 
@@ -163,13 +183,90 @@ TEST_F(SqliteRegistryTest, TheLogDoesNotGrowForEver) {
   for (const char byte : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}) {
     ASSERT_EQ(SetBytes(*key, u"a", std::string(1U << 20U, byte)), RegistryStatus::Success);
   }
-  const std::filesystem::path log = folder_ / "registry.db-wal";
-  ASSERT_GT(std::filesystem::file_size(log), 5U << 20U);
+  const fs::path log = folder_ / "registry.db-wal";
+  ASSERT_GT(fs::file_size(log), 5U << 20U);
   const auto deadline = steady_clock::now() + std::chrono::seconds(10);
-  while (std::filesystem::file_size(log) > 5U << 20U && steady_clock::now() < deadline) {
+  while (fs::file_size(log) > 5U << 20U && steady_clock::now() < deadline) {
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
-  EXPECT_LE(std::filesystem::file_size(log), 5U << 20U);
+  EXPECT_LE(fs::file_size(log), 5U << 20U);
+}
+
+// The store lies where every user may write, so its files, and what is in them, may be traps.
+class HostileStoreTest : public SqliteRegistryTest {
+ protected:
+  HostileStoreTest() { fs::create_directories(folder_); }
+
+  static std::string Contents(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+};
+
+TEST_F(HostileStoreTest, ALinkInTheDatabasesPlaceLeadsNowhere) {
+  const fs::path elsewhere = temporary_.Path() / "elsewhere";
+  fs::create_directory(elsewhere);
+  std::ofstream(elsewhere / "empty").close();
+  ForeignConnection(elsewhere / "database").Execute("CREATE TABLE other(x)");
+  for (const char* target : {"empty", "database", "missing"}) {
+    SCOPED_TRACE(target);
+    const fs::path victim = elsewhere / target;
+    const std::string before = Contents(victim);
+    fs::create_symlink(victim, Database());
+    SqliteRegistry registry(folder_);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Open(registry), nullptr);
+    EXPECT_EQ(Create(registry), nullptr);
+    EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(Contents(victim), before);
+    EXPECT_EQ(std::distance(fs::directory_iterator(elsewhere), {}), 2);
+    fs::remove(Database());
+  }
+}
+
+TEST_F(HostileStoreTest, AFolderMayBeReachedThroughALink) {
+  fs::create_directory_symlink(folder_, temporary_.Path() / "link");
+  SqliteRegistry registry(temporary_.Path() / "link");
+  const auto key = Create(registry);
+  ASSERT_NE(key, nullptr);
+  EXPECT_EQ(SetBytes(*key, u"a", "1"), RegistryStatus::Success);
+  EXPECT_TRUE(fs::exists(Database()));
+}
+
+TEST_F(HostileStoreTest, TriggersAndViewsOfTheSchemaDoNotRun) {
+  {
+    SqliteRegistry maker(folder_);
+    SetBytes(*Create(maker), u"a", "1");
+  }
+  ForeignConnection(Database())
+      .Execute(
+          "CREATE TRIGGER trap AFTER UPDATE ON registry_value BEGIN"
+          " UPDATE registry_value SET data = x'00'; END");
+  {
+    SqliteRegistry registry(folder_);
+    const auto key = Open(registry);
+    ASSERT_NE(key, nullptr);
+    EXPECT_EQ(SetBytes(*key, u"a", "2"), RegistryStatus::Success);
+    EXPECT_EQ(GetBytes(*key, u"a"), "2");
+  }
+  ForeignConnection(Database())
+      .Execute(
+          "ALTER TABLE registry_value RENAME TO kept; CREATE VIEW registry_value AS"
+          " SELECT key, folded, name, type, x'00' AS data FROM kept");
+  SqliteRegistry registry(folder_);
+  const auto key = Open(registry);
+  ASSERT_NE(key, nullptr);
+  EXPECT_EQ(GetBytes(*key, u"a"), std::nullopt);
+}
+
+TEST_F(HostileStoreTest, DeletingATreeThatIsARingEnds) {
+  SqliteRegistry registry(folder_);
+  ASSERT_NE(Create(registry), nullptr);
+  ForeignConnection(Database())
+      .Execute(
+          "UPDATE registry_key SET parent ="
+          " (SELECT id FROM registry_key WHERE folded = 'K') WHERE id = 1");
+  EXPECT_EQ(registry.RemoveTree(kRoot, u"k"), RegistryStatus::Success);
 }
 
 }  // namespace
