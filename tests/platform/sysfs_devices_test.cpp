@@ -3,14 +3,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "platform/text.h"
-#include "tests/platform/sysfs_tree.h"
 #include "tests/support/temporary_folder.h"
 
 namespace platform {
@@ -32,12 +34,31 @@ std::vector<std::string> Strings(const DeviceInfoSet& set, std::uint32_t index,
   return strings;
 }
 
+// Unpacks a recorded tree of the kernel's device file system. A line is "path = content" for an
+// attribute or "path -> target" for a link; "#" begins a remark.
+void UnpackTree(const std::filesystem::path& recording, const std::filesystem::path& folder) {
+  std::ifstream lines(recording);
+  if (!lines) throw std::runtime_error("no recording " + recording.string());
+  for (std::string line; std::getline(lines, line);) {
+    if (line.empty() || line.front() == '#') continue;
+    const std::size_t attribute = line.find(" =");
+    const std::size_t link = line.find(" -> ");
+    const std::filesystem::path path = folder / line.substr(0, std::min(attribute, link));
+    std::filesystem::create_directories(path.parent_path());
+    if (link < attribute) {
+      std::filesystem::create_symlink(line.substr(link + 4), path);
+    } else {
+      const std::size_t content = line.find_first_not_of(' ', attribute + 2);
+      std::ofstream(path) << (content == std::string::npos ? "" : line.substr(content)) << '\n';
+    }
+  }
+}
+
 class SysfsDevicesTest : public testing::Test {
  protected:
   std::unique_ptr<DeviceInfoSet> Devices(const std::string& recording) {
     const std::filesystem::path root = temporary_.Path() / recording;
-    support::UnpackSysfsTree(TONALYX_SOURCE_DIR "/tests/platform/sysfs/" + recording + ".tree",
-                             root);
+    UnpackTree(TONALYX_SOURCE_DIR "/tests/platform/sysfs/" + recording + ".tree", root);
     return SysfsDeviceSetup(root).PresentDevices();
   }
 
