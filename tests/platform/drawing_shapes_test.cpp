@@ -61,29 +61,6 @@ TEST_P(BothSmoothings, TransparentOutlineCoversEachPixelOnce) {
   }
 }
 
-TEST(DrawingShapes, PathOutlineCoversItsFill) {
-  Bitmap bitmap = EmptyBitmap(40, 40);
-  Graphics graphics(bitmap);
-  Path box;
-  box.AddLine({6, 5}, {25, 5});
-  box.AddArc({25, 5, 1, 1}, -90, 90);
-  box.AddLine({26, 6}, {26, 24});
-  box.AddArc({25, 24, 1, 1}, 0, 90);
-  box.AddLine({25, 25}, {6, 25});
-  box.AddArc({5, 24, 1, 1}, 90, 90);
-  box.AddLine({5, 24}, {5, 6});
-  box.AddArc({5, 5, 1, 1}, 180, 90);
-  box.CloseFigure();
-  graphics.FillPath(0xFF0000FF, box);
-  graphics.DrawPath({kRed, 1}, box);
-  EXPECT_EQ(PaintedBounds(bitmap), (Rect{5, 5, 27, 26}));
-  for (const Point edge : {Point{5, 15}, Point{26, 15}, Point{15, 5}, Point{15, 25}, Point{5, 5},
-                           Point{26, 5}, Point{26, 25}, Point{5, 25}}) {
-    EXPECT_EQ(bitmap.GetPixel(edge.x, edge.y), kRed) << edge.x << "," << edge.y;
-  }
-  EXPECT_EQ(bitmap.GetPixel(15, 15), 0xFF0000FF);
-}
-
 TEST(DrawingShapes, PixelOffsetHalfMovesPixelCentres) {
   Bitmap bitmap = EmptyBitmap(20, 20);
   Graphics graphics(bitmap);
@@ -92,21 +69,6 @@ TEST(DrawingShapes, PixelOffsetHalfMovesPixelCentres) {
   graphics.DrawLine({kRed, 1}, {5, 10}, {15, 10});
   EXPECT_NEAR(AlphaAt(bitmap, 10, 9), 128, 2);
   EXPECT_NEAR(AlphaAt(bitmap, 10, 10), 128, 2);
-}
-
-TEST(DrawingShapes, PolygonsFillEvenOdd) {
-  Bitmap bitmap = EmptyBitmap(60, 60);
-  Graphics graphics(bitmap);
-  // A star of one stroke: its middle is crossed twice.
-  std::array<PointF, 5> star{};
-  for (std::size_t i = 0; i < star.size(); ++i) {
-    const double angle = std::numbers::pi * (0.8 * static_cast<double>(i) - 0.5);
-    star[i] = {static_cast<float>(30 + 25 * std::cos(angle)),
-               static_cast<float>(30 + 25 * std::sin(angle))};
-  }
-  graphics.FillPolygon(kRed, star);
-  EXPECT_EQ(bitmap.GetPixel(30, 30), 0U);
-  EXPECT_EQ(bitmap.GetPixel(30, 12), kRed);
 }
 
 TEST(DrawingShapes, ArcsRunClockwiseInTrueAngles) {
