@@ -1,6 +1,5 @@
 tonalyx_test(platform_base_test
   SOURCES
-    ${CMAKE_CURRENT_LIST_DIR}/fifo_event_listener_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/fifo_events_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/file_system_contract_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/named_events_contract_test.cpp
