@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -21,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// In a child, for the environment, the umask and the user belong to the whole process.
+// In a child, for the environment and the user belong to the whole process.
 bool HoldsInChild(const std::function<bool()>& check) {
   support::ForkedProcess child([&](const support::Line&) {
     if (!check()) _exit(1);
@@ -63,22 +62,6 @@ TEST(StateFolderTest, FallsBackToTheHomeOfAUserWithoutRights) {
         [&] { return folderOfNobody(unusable) == "/home/someone/.local/state/norvane/velsona"; }));
   }
   EXPECT_TRUE(HoldsInChild([&] { return folderOfNobody("/state") == "/state/norvane/velsona"; }));
-}
-
-TEST(StateFolderTest, IsMadeWithItsParentsWhateverTheUmask) {
-  const support::TemporaryFolder temporary;
-  const fs::path folder = temporary.Path() / "a/b/c";
-  EXPECT_TRUE(HoldsInChild([&] {
-    umask(0077);
-    return MakeStateFolder(folder) && MakeStateFolder(folder);
-  }));
-  const auto modeOf = [](const fs::path& path) {
-    struct stat status {};
-    return stat(path.c_str(), &status) == 0 ? status.st_mode & ALLPERMS : 0U;
-  };
-  EXPECT_EQ(modeOf(folder), 0777U);
-  EXPECT_EQ(modeOf(folder.parent_path()), 0755U);
-  EXPECT_FALSE(MakeStateFolder("/dev/null/folder"));
 }
 
 // In a folder where everyone may write, whoever waits for the new one can put a link in its place.
