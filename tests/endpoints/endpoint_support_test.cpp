@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/endpoints/endpoint_builder.h"
+#include "platform/fake/fake_audio_devices.h"
 
 namespace endpoints {
 namespace {
@@ -12,50 +12,44 @@ using platform::AudioStep;
 const std::u16string kRealtek = u"Realtek High Definition Audio";
 
 TEST(EndpointSupport, NeedsSupportedDefaultAndSilenceElsewhere) {
+  using enum EndpointWarning;
   const struct {
     const char* what;
-    platform::FakeEndpoint byDefault;
+    std::u16string defaultAdapter;
     platform::FakeEndpoint other;
     EndpointWarning expected;
   } cases[] = {
-      {"quiet", EndpointBuilder(u"d").Adapter(kRealtek).Peak(0.5F),
-       EndpointBuilder(u"o").Adapter(u"HDMI"), EndpointWarning::Hidden},
-      {"name in the middle", EndpointBuilder(u"d").Adapter(u"2 - Conexant SmartAudio HD (1)"),
-       EndpointBuilder(u"o").Adapter(u"HDMI"), EndpointWarning::Hidden},
-      {"SST", EndpointBuilder(u"d").Adapter(u"Intel SST Audio Device"),
-       EndpointBuilder(u"o").Adapter(u"HDMI"), EndpointWarning::Hidden},
-      {"letter case", EndpointBuilder(u"d").Adapter(u"realtek high definition audio"),
-       EndpointBuilder(u"o").Adapter(u"HDMI"), EndpointWarning::Shown},
-      {"other plays", EndpointBuilder(u"d").Adapter(kRealtek),
-       EndpointBuilder(u"o").Adapter(u"HDMI").Peak(0.01F), EndpointWarning::Shown},
-      {"nameless plays", EndpointBuilder(u"d").Adapter(kRealtek), EndpointBuilder(u"o").Peak(0.01F),
-       EndpointWarning::Shown},
-      {"second supported plays", EndpointBuilder(u"d").Adapter(kRealtek),
-       EndpointBuilder(u"o").Adapter(kRealtek).Peak(1.0F), EndpointWarning::Hidden},
-      {"unplugged one plays", EndpointBuilder(u"d").Adapter(kRealtek),
-       EndpointBuilder(u"o").Adapter(u"HDMI").Peak(1.0F).State(platform::kDeviceStateUnplugged),
-       EndpointWarning::Hidden},
-      {"default elsewhere", EndpointBuilder(u"d").Adapter(u"USB headset"),
-       EndpointBuilder(u"o").Adapter(kRealtek), EndpointWarning::Shown},
-      {"meter fails", EndpointBuilder(u"d").Adapter(kRealtek),
-       EndpointBuilder(u"o").Adapter(u"HDMI").Peak(1.0F).Fails(AudioStep::ActivateMeter),
-       EndpointWarning::Hidden},
-      {"peak fails", EndpointBuilder(u"d").Adapter(kRealtek),
-       EndpointBuilder(u"o").Adapter(u"HDMI").Peak(1.0F).Fails(AudioStep::PeakValue),
-       EndpointWarning::Hidden},
-      {"other has no properties", EndpointBuilder(u"d").Adapter(kRealtek),
-       EndpointBuilder(u"o").Peak(1.0F).Fails(AudioStep::OpenPropertyStore),
-       EndpointWarning::Hidden},
-      {"other has no ID", EndpointBuilder(u"d").Adapter(kRealtek),
-       EndpointBuilder(u"o").Peak(1.0F).Fails(AudioStep::Id), EndpointWarning::Hidden},
-      {"default has no ID", EndpointBuilder(u"d").Adapter(kRealtek).Fails(AudioStep::Id),
-       EndpointBuilder(u"o"), EndpointWarning::Shown},
+      {"quiet", kRealtek, {.id = u"o", .adapter = u"HDMI"}, Hidden},
+      {"name in the middle", u"2 - Conexant SmartAudio HD (1)", {.id = u"o"}, Hidden},
+      {"SST", u"Intel SST Audio Device", {.id = u"o"}, Hidden},
+      {"letter case", u"realtek high definition audio", {.id = u"o"}, Shown},
+      {"other plays", kRealtek, {.id = u"o", .adapter = u"HDMI", .peak = 0.01F}, Shown},
+      {"nameless plays", kRealtek, {.id = u"o", .peak = 0.01F}, Shown},
+      {"second supported plays", kRealtek, {.id = u"o", .adapter = kRealtek, .peak = 1.0F}, Hidden},
+      {"unplugged one plays",
+       kRealtek,
+       {.id = u"o", .state = platform::kDeviceStateUnplugged, .peak = 1.0F},
+       Hidden},
+      {"default elsewhere", u"USB headset", {.id = u"o", .adapter = kRealtek}, Shown},
+      {"meter fails",
+       kRealtek,
+       {.id = u"o", .peak = 1.0F, .failures = {AudioStep::ActivateMeter}},
+       Hidden},
+      {"peak fails",
+       kRealtek,
+       {.id = u"o", .peak = 1.0F, .failures = {AudioStep::PeakValue}},
+       Hidden},
+      {"no properties",
+       kRealtek,
+       {.id = u"o", .peak = 1.0F, .failures = {AudioStep::OpenPropertyStore}},
+       Hidden},
+      {"no ID", kRealtek, {.id = u"o", .peak = 1.0F, .failures = {AudioStep::Id}}, Hidden},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     platform::FakeAudioDevices devices;
     devices.Add(c.other);
-    devices.Add(c.byDefault);
+    devices.Add({.id = u"d", .adapter = c.defaultAdapter});
     devices.SetDefault(u"d");
     EXPECT_EQ(EvaluateEndpointSupport(devices), c.expected);
     EXPECT_EQ(devices.LiveObjects(), 0);
@@ -65,7 +59,7 @@ TEST(EndpointSupport, NeedsSupportedDefaultAndSilenceElsewhere) {
 TEST(EndpointSupport, EveryFailureOfTheServiceShowsTheWarning) {
   platform::FakeAudioDevices devices;
   EXPECT_EQ(EvaluateEndpointSupport(devices), EndpointWarning::Shown) << "no endpoint at all";
-  devices.Add(EndpointBuilder(u"d").Adapter(kRealtek));
+  devices.Add({.id = u"d", .adapter = kRealtek, .peak = 0.5F});
   devices.SetDefault(u"d");
   for (const AudioStep step :
        {AudioStep::CreateEnumerator, AudioStep::EnumerateEndpoints, AudioStep::DefaultEndpoint,

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/endpoints/endpoint_builder.h"
+#include "platform/fake/fake_audio_devices.h"
 
 namespace endpoints {
 namespace {
@@ -13,14 +13,14 @@ constexpr std::uint32_t kDisabled = 2;
 
 TEST(Enumeration, EveryActiveOrUnpluggedEndpointHasItsRecord) {
   platform::FakeAudioDevices devices;
-  devices.Add(EndpointBuilder(u"a").Guid(u"{A}"));
-  devices.Add(EndpointBuilder(u"b").Guid(u"{B}").State(platform::kDeviceStateUnplugged));
-  devices.Add(EndpointBuilder(u"off").Guid(u"{OFF}").State(kDisabled));
-  devices.Add(EndpointBuilder(u"lost").Guid(u"{LOST}").Fails(AudioStep::Item));
-  devices.Add(EndpointBuilder(u"stateless").Guid(u"{S}").Fails(AudioStep::State));
-  devices.Add(EndpointBuilder(u"closed").Guid(u"{C}").Fails(AudioStep::OpenPropertyStore));
-  devices.Add(EndpointBuilder(u"nameless"));
-  devices.Add(EndpointBuilder(u"long").Guid(std::u16string(150, u'x')));
+  devices.Add({.id = u"a", .guid = u"{A}"});
+  devices.Add({.id = u"b", .state = platform::kDeviceStateUnplugged, .guid = u"{B}"});
+  devices.Add({.id = u"off", .state = kDisabled, .guid = u"{OFF}"});
+  devices.Add({.id = u"lost", .guid = u"{LOST}", .failures = {AudioStep::Item}});
+  devices.Add({.id = u"stateless", .guid = u"{S}", .failures = {AudioStep::State}});
+  devices.Add({.id = u"closed", .guid = u"{C}", .failures = {AudioStep::OpenPropertyStore}});
+  devices.Add({.id = u"nameless"});
+  devices.Add({.id = u"long", .guid = std::u16string(150, u'x')});
   const struct {
     std::uint32_t active;
     std::u16string guid;
@@ -43,7 +43,7 @@ TEST(Enumeration, EveryActiveOrUnpluggedEndpointHasItsRecord) {
 TEST(Enumeration, FailuresAndNoEndpointsGiveNothing) {
   platform::FakeAudioDevices devices;
   EXPECT_TRUE(EnumerateRenderEndpoints(devices).empty());
-  devices.Add(EndpointBuilder(u"a").Guid(u"{A}"));
+  devices.Add({.id = u"a", .guid = u"{A}"});
   for (const AudioStep step : {AudioStep::CreateEnumerator, AudioStep::EnumerateEndpoints}) {
     devices.Fail(step);
     EXPECT_TRUE(EnumerateRenderEndpoints(devices).empty());
@@ -62,17 +62,29 @@ TEST(DefaultEndpoint, StringsThatAreNotObtainedStayAsTheyWere) {
     std::u16string jack;
     std::u16string guid;
   } cases[] = {
-      {"both", EndpointBuilder(u"a").Guid(u"{G}").Jack(u"{J}"), 100, true, u"{J}", u"{G}"},
-      {"no GUID", EndpointBuilder(u"a").Jack(u"{J}"), 100, true, u"{J}", u"old guid"},
-      {"no jack", EndpointBuilder(u"a").Guid(u"{G}"), 100, true, u"old jack", u"{G}"},
-      {"none", EndpointBuilder(u"a"), 100, false, u"old jack", u"old guid"},
-      {"empty", EndpointBuilder(u"a").Guid(u"").Jack(u""), 100, true, u"", u""},
-      {"long", EndpointBuilder(u"a").Guid(longText).Jack(longText), 100, true,
-       longText.substr(0, 99), longText.substr(0, 99)},
-      {"long for a watcher", EndpointBuilder(u"a").Guid(longText).Jack(longText),
-       kWatcherGuidCapacity, true, longText.substr(0, 99), longText.substr(0, 49)},
-      {"no properties", EndpointBuilder(u"a").Guid(u"{G}").Fails(AudioStep::OpenPropertyStore), 100,
-       false, u"old jack", u"old guid"},
+      {"both", {.id = u"a", .guid = u"{G}", .jackSubType = u"{J}"}, 100, true, u"{J}", u"{G}"},
+      {"no GUID", {.id = u"a", .jackSubType = u"{J}"}, 100, true, u"{J}", u"old guid"},
+      {"no jack", {.id = u"a", .guid = u"{G}"}, 100, true, u"old jack", u"{G}"},
+      {"none", {.id = u"a"}, 100, false, u"old jack", u"old guid"},
+      {"empty", {.id = u"a", .guid = u"", .jackSubType = u""}, 100, true, u"", u""},
+      {"long",
+       {.id = u"a", .guid = longText, .jackSubType = longText},
+       100,
+       true,
+       longText.substr(0, 99),
+       longText.substr(0, 99)},
+      {"long for a watcher",
+       {.id = u"a", .guid = longText, .jackSubType = longText},
+       kWatcherGuidCapacity,
+       true,
+       longText.substr(0, 99),
+       longText.substr(0, 49)},
+      {"no properties",
+       {.id = u"a", .guid = u"{G}", .failures = {AudioStep::OpenPropertyStore}},
+       100,
+       false,
+       u"old jack",
+       u"old guid"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -89,7 +101,7 @@ TEST(DefaultEndpoint, StringsThatAreNotObtainedStayAsTheyWere) {
 
 TEST(DefaultEndpoint, NoneOrNoServiceGivesFalse) {
   platform::FakeAudioDevices devices;
-  devices.Add(EndpointBuilder(u"a").Guid(u"{G}"));
+  devices.Add({.id = u"a", .guid = u"{G}"});
   DefaultEndpointInfo info;
   EXPECT_FALSE(GetDefaultEndpointInfo(devices, info));
   devices.SetDefault(u"a");

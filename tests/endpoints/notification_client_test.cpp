@@ -5,8 +5,8 @@
 #include <chrono>
 #include <functional>
 
+#include "platform/fake/fake_audio_devices.h"
 #include "platform/fake/fake_clock.h"
-#include "tests/endpoints/endpoint_builder.h"
 
 namespace endpoints {
 namespace {
@@ -17,8 +17,8 @@ using platform::HResult;
 class NotificationClientTest : public testing::Test {
  protected:
   NotificationClientTest() {
-    devices_.Add(EndpointBuilder(u"speaker").Adapter(u"Realtek High Definition Audio"));
-    devices_.Add(EndpointBuilder(u"screen").Adapter(u"HDMI"));
+    devices_.Add({.id = u"speaker", .adapter = u"Realtek High Definition Audio"});
+    devices_.Add({.id = u"screen", .adapter = u"HDMI"});
     devices_.SetDefault(u"speaker");
     devices_.WaitUntilDelivered();
   }

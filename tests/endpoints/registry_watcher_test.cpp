@@ -9,11 +9,10 @@
 #include <thread>
 #include <vector>
 
+#include "platform/fake/fake_audio_devices.h"
 #include "platform/fake/fake_registry.h"
 #include "platform/jack_state.h"
 #include "store/registry_layout.h"
-#include "tests/endpoints/endpoint_builder.h"
-#include "tests/endpoints/watched_devices.h"
 #include "tests/support/registry_tree.h"
 
 namespace endpoints {
@@ -29,6 +28,44 @@ const std::u16string kUsbJack = u"{DFF21CE3-F70F-11D0-B917-00A0C9223196}";
 const std::u16string kGuid = u"{11111111-1111-1111-1111-111111111111}";
 const std::u16string kUsbGuid = u"{22222222-2222-2222-2222-222222222222}";
 const std::u16string kJackPrefix = u"{1496451E-75E5-484F-9914-A9F246BC960F},";
+
+// Audio devices that tell how often they were asked and that can make whoever asks wait.
+class WatchedDevices : public platform::AudioDevices {
+ public:
+  explicit WatchedDevices(platform::AudioDevices& inner) : inner_(inner) {}
+
+  std::unique_ptr<platform::AudioDeviceEnumerator> CreateEnumerator() override {
+    std::unique_lock lock(mutex_);
+    ++asked_;
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return !held_; });
+    return inner_.CreateEnumerator();
+  }
+
+  int Asked() {
+    const std::lock_guard lock(mutex_);
+    return asked_;
+  }
+
+  // False when that does not happen within some seconds.
+  bool WaitUntilAsked(int times) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, std::chrono::seconds(10), [&] { return asked_ >= times; });
+  }
+
+  void Hold(bool held) {
+    const std::lock_guard lock(mutex_);
+    held_ = held;
+    changed_.notify_all();
+  }
+
+ private:
+  platform::AudioDevices& inner_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  int asked_ = 0;
+  bool held_ = false;
+};
 
 // Stands for the window's message queue.
 class Posts {
@@ -56,8 +93,8 @@ class Posts {
 class RegistryWatcherTest : public testing::Test {
  protected:
   RegistryWatcherTest() {
-    fakeDevices_.Add(EndpointBuilder(u"speaker").Guid(kGuid).Jack(kSpeaker));
-    fakeDevices_.Add(EndpointBuilder(u"usb").Guid(kUsbGuid).Jack(kUsbJack));
+    fakeDevices_.Add({.id = u"speaker", .guid = kGuid, .jackSubType = kSpeaker});
+    fakeDevices_.Add({.id = u"usb", .guid = kUsbGuid, .jackSubType = kUsbJack});
     fakeDevices_.SetDefault(u"speaker");
     support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 1);
     SetJack(u"6", 1);
