@@ -11,16 +11,10 @@
 
 namespace support {
 
-// One registry, empty at first, with what it lives on.
-class RegistryBackend {
- public:
-  virtual ~RegistryBackend() = default;
-  virtual platform::Registry& Registry() = 0;
-};
-
 struct RegistryBackendKind {
   std::string name;
-  std::function<std::unique_ptr<RegistryBackend>()> make;
+  // One registry, empty at first, with what it lives on.
+  std::function<std::shared_ptr<platform::Registry>()> make;
 };
 
 inline void PrintTo(const RegistryBackendKind& kind, std::ostream* out) {
@@ -29,7 +23,7 @@ inline void PrintTo(const RegistryBackendKind& kind, std::ostream* out) {
 
 class RegistryContract : public testing::TestWithParam<RegistryBackendKind> {
  protected:
-  platform::Registry& registry() { return backend_->Registry(); }
+  platform::Registry& registry() { return *registry_; }
 
   std::unique_ptr<platform::RegistryKey> Open(std::u16string_view path,
                                               platform::RegistryAccess access) {
@@ -41,7 +35,7 @@ class RegistryContract : public testing::TestWithParam<RegistryBackendKind> {
   }
 
  private:
-  std::unique_ptr<RegistryBackend> backend_ = GetParam().make();
+  std::shared_ptr<platform::Registry> registry_ = GetParam().make();
 };
 
 }  // namespace support

@@ -32,25 +32,18 @@ using testing::IsEmpty;
 constexpr RegistryAccess kAll = platform::kRegistryAllAccess;
 constexpr RegistryAccess kRead = platform::kRegistryRead | platform::kRegistryView64;
 
-class FakeBackend : public RegistryBackend {
- public:
-  platform::Registry& Registry() override { return registry_; }
-
- private:
-  platform::FakeRegistry registry_;
+struct StoreInAFolder {
+  TemporaryFolder folder;
+  platform::SqliteRegistry registry{folder.Path() / "store"};
 };
 
-class SqliteBackend : public RegistryBackend {
- public:
-  platform::Registry& Registry() override { return registry_; }
+std::shared_ptr<platform::Registry> MakeSqlite() {
+  const auto store = std::make_shared<StoreInAFolder>();
+  return {store, &store->registry};
+}
 
- private:
-  TemporaryFolder folder_;
-  platform::SqliteRegistry registry_{folder_.Path() / "store"};
-};
-
-const RegistryBackendKind kKinds[] = {{"Fake", [] { return std::make_unique<FakeBackend>(); }},
-                                      {"Sqlite", [] { return std::make_unique<SqliteBackend>(); }}};
+const RegistryBackendKind kKinds[] = {
+    {"Fake", [] { return std::make_shared<platform::FakeRegistry>(); }}, {"Sqlite", MakeSqlite}};
 
 INSTANTIATE_TEST_SUITE_P(Backends, RegistryContract, testing::ValuesIn(kKinds),
                          [](const auto& kind) { return kind.param.name; });
