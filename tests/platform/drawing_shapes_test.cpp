@@ -61,6 +61,12 @@ TEST_P(BothSmoothings, TransparentOutlineCoversEachPixelOnce) {
   }
 }
 
+TEST_P(BothSmoothings, FilledRectanglesHaveTheirSize) {
+  graphics_.FillRectangle(kRed, {5, 6, 20, 10});
+  EXPECT_EQ(PaintedBounds(bitmap_), (Rect{5, 6, 25, 16}));
+  EXPECT_DOUBLE_EQ(PaintedArea(bitmap_), 200);
+}
+
 TEST(DrawingShapes, PixelOffsetHalfMovesPixelCentres) {
   Bitmap bitmap = EmptyBitmap(20, 20);
   Graphics graphics(bitmap);
