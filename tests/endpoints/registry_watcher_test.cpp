@@ -13,6 +13,7 @@
 #include "platform/fake/fake_registry.h"
 #include "platform/jack_state.h"
 #include "store/registry_layout.h"
+#include "tests/support/failing_registry.h"
 #include "tests/support/registry_tree.h"
 
 namespace endpoints {
@@ -207,6 +208,23 @@ TEST_F(RegistryWatcherTest, SstDriverAndHintWakeTooWhereThereIsNoJackState) {
   ExpectPosts({OutputPath::LineOut});
   support::PutDword(registry_, device + u"\\HeadsetStatus", u"HeadsetStatus", 1);
   ExpectPosts({OutputPath::LineOut, OutputPath::Headphone});
+}
+
+// A window that reads on each post would hide the gap most of the time.
+TEST_F(RegistryWatcherTest, MissesNoSettingThatIsWrittenJustBeforeItWatches) {
+  support::FailingRegistry registry(registry_);
+  int looks = 0;
+  registry.SetFault([&](support::RegistryStep step, std::u16string_view path, std::u16string_view) {
+    const bool settings =
+        step == support::RegistryStep::Watch && path == store::SettingsKeyPath(kSpeaker);
+    if (settings && ++looks == 2) SetActive(kSpeaker, u"5");
+    return false;
+  });
+  RegistryWatcher watcher(registry, devices_);
+  watcher.Start({kGuid, OutputPath::InternalSpeaker, 1}, Poster());
+  watcher.Wake();
+  ExpectPosts({OutputPath::InternalSpeaker});
+  EXPECT_TRUE(watcher.Stop());
 }
 
 TEST_F(RegistryWatcherTest, GoesOverToANewDefaultEndpoint) {

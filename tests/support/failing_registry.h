@@ -11,7 +11,7 @@
 
 namespace support {
 
-enum class RegistryStep { Open, Create, Set, Query };
+enum class RegistryStep { Open, Create, Set, Query, Watch };
 
 class FailingRegistry : public platform::Registry {
  public:
@@ -109,6 +109,9 @@ class FailingRegistry : public platform::Registry {
       return inner_->EnumerateValue(index, name);
     }
     platform::RegistryStatus NotifyChange(platform::WakeEvent& wake) override {
+      if (registry_.Fails(RegistryStep::Watch, path_, {})) {
+        return platform::RegistryStatus::FileNotFound;
+      }
       return inner_->NotifyChange(wake);
     }
     platform::RegistryStatus SetAccessList(std::u16string_view sddl) override {
