@@ -48,6 +48,21 @@ TEST_F(Input, WithoutCaptureMessagesGoToTheWindowUnderThePointer) {
   });
 }
 
+TEST_F(Input, CapturedMouseReportsPointsOutside) {
+  RunWithHands(dialog_, [&](X11Desktop& desktop) {
+    WaitUntilShown(desktop);
+    Move(desktop, Screen(dialog_.second, 10, 10));
+    desktop.PressButton();
+    ASSERT_TRUE(dialog_.log.WaitFor("second: down 10,10"));
+    Move(desktop, Screen(dialog_.second, -300, -250));
+    EXPECT_TRUE(dialog_.log.WaitFor("second: move -300,-250"));
+    desktop.ReleaseButton();
+    EXPECT_TRUE(dialog_.log.WaitFor("second: up -300,-250"));
+    Move(desktop, Screen(dialog_.first, 3, 3));
+    EXPECT_TRUE(dialog_.log.WaitFor("first: move 3,3")) << "the release ended the capture";
+  });
+}
+
 TEST_F(Input, ASecondQuickPressIsAPress) {
   RunWithHands(dialog_, [&](X11Desktop& desktop) {
     WaitUntilShown(desktop);
