@@ -4,15 +4,14 @@
 #include <cstdint>
 
 #include "platform/files.h"
+#include "store/model_flags.h"
 
 namespace app {
 
 // The result of identification.
-struct ModelInfo {
+struct ModelInfo : store::ModelFlags {
   std::uint32_t ssid = 0;  // subsystem vendor ID above, device ID below; 0: no codec was found
   bool supported = false;
-  bool threeGuiLayers = false;
-  bool davrinModel = false;
 };
 
 // Looks the SSID up and notes the answer in the diagnostic log.

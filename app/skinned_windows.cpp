@@ -19,9 +19,8 @@ void SkinnedWindows::ShowUnsupportedModel() {
 
 void SkinnedWindows::RunMainWindow(const ModelInfo& model) {
   JoinDesktop();
-  ui::COrvanDlg window(platform_, {model.threeGuiLayers, model.davrinModel}, [this, model] {
-    return std::make_unique<ui::CKelControlDlg>(
-        platform_, store::ModelFlags{model.threeGuiLayers, model.davrinModel});
+  ui::COrvanDlg window(platform_, model, [this, model] {
+    return std::make_unique<ui::CKelControlDlg>(platform_, model);
   });
   window.DoModal();
 }

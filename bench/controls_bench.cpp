@@ -11,12 +11,12 @@
 #include "platform/fake/fake_single_instance.h"
 #include "platform/shell.h"
 #include "resources/resource_ids.h"
-#include "ui/controls/control_style.h"
-#include "ui/controls/control_window.h"
-#include "ui/controls/knob_painter.h"
-#include "ui/controls/plot_geometry.h"
-#include "ui/controls/plot_painter.h"
-#include "ui/controls/slider_painter.h"
+#include "ui/controls/knob/knob_painter.h"
+#include "ui/controls/plot/plot_geometry.h"
+#include "ui/controls/plot/plot_painter.h"
+#include "ui/controls/shared/control_style.h"
+#include "ui/controls/shared/control_window.h"
+#include "ui/controls/slider/slider_painter.h"
 #include "ui/images/png_resource.h"
 
 namespace {

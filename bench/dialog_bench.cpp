@@ -21,18 +21,18 @@
 #include "dsp/eq_model.h"
 #include "dsp/response.h"
 #include "endpoints/registry_watcher.h"
+#include "engine_link/engine_signals.h"
 #include "platform/host.h"
-#include "platform/linux/fifo_event_listener.h"
+#include "platform/linux/events/fifo_event_listener.h"
 #include "platform/shell.h"
 #include "resources/resource_ids.h"
-#include "store/engine_signals.h"
 #include "store/parameter_store.h"
 #include "store/path_key.h"
 #include "store/registry_layout.h"
 #include "tests/support/no_instance.h"
 #include "tests/support/temporary_folder.h"
-#include "ui/controls/control_window.h"
-#include "ui/controls/freq_plot.h"
+#include "ui/controls/plot/freq_plot.h"
+#include "ui/controls/shared/control_window.h"
 #include "ui/eq/kel_control_dlg.h"
 
 namespace {
@@ -182,19 +182,19 @@ void TypeEdit(benchmark::State& state, VisitedDialog& dialog) {
 void Reload(benchmark::State& state, VisitedDialog& dialog) {
   while (state.KeepRunning()) {
     dialog.Send(endpoints::kSettingChangedMessage, 0,
-                static_cast<platform::LParam>(endpoints::OutputPath::InternalSpeaker));
+                static_cast<platform::LParam>(store::OutputPath::InternalSpeaker));
   }
 }
 
 // The part of an edit that leaves the program: two values to the store, nine signals.
 void StoreAndEvents(benchmark::State& state, const platform::Platform& platform) {
-  const store::EngineLink engine{platform.registry, platform.events, platform.audioDevices};
+  const engine_link::EngineLink engine{platform.registry, platform.events, platform.audioDevices};
   store::ParameterStore set;
   store::LoadActiveSet(platform.registry, kSpeaker, set);
   float& gain = set.values[dsp::ParameterIndex(dsp::kFirstBandParameter + 3)];
   while (state.KeepRunning()) {
     gain = gain == 2.0F ? 1.0F : 2.0F;
-    store::SignalParameterChange(engine, set);
+    engine_link::SignalParameterChange(engine, set);
   }
 }
 

@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "bench/sample_laptop.h"
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/wake_event.h"
 #include "store/registry_layout.h"
 #include "tests/support/child_process.h"

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <thread>
 
-#include "platform/linux/fifo_event_listener.h"
-#include "platform/linux/fifo_events.h"
+#include "platform/linux/events/fifo_event_listener.h"
+#include "platform/linux/events/fifo_events.h"
 
 namespace platform {
 namespace {

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
 
 namespace {

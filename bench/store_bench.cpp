@@ -10,14 +10,15 @@
 #include <string>
 
 #include "endpoints/route_detection.h"
+#include "engine_link/active_setting.h"
+#include "engine_link/engine_signals.h"
 #include "platform/fake/fake_audio_devices.h"
-#include "platform/linux/fifo_event_listener.h"
-#include "platform/linux/fifo_events.h"
-#include "platform/linux/posix_files.h"
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/events/fifo_event_listener.h"
+#include "platform/linux/events/fifo_events.h"
+#include "platform/linux/files/posix_files.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
-#include "store/active_setting.h"
-#include "store/engine_signals.h"
+#include "store/active_mode.h"
 #include "store/parameter_store.h"
 #include "store/tuning_import.h"
 #include "tests/support/temporary_folder.h"
@@ -78,7 +79,7 @@ class Machine {
   void TakeEvents() { engineSide_.Wait(std::chrono::milliseconds(0)); }
 
   platform::SqliteRegistry& Registry() { return registry_; }
-  store::EngineLink Engine() { return {registry_, events_, audioDevices_}; }
+  engine_link::EngineLink Engine() { return {registry_, events_, audioDevices_}; }
 
  private:
   void AddEndpoint(char16_t number) {
@@ -162,7 +163,7 @@ void EditToLastEvent(benchmark::State& state) {
   }
   while (state.KeepRunning()) {
     ChangeBand(set);
-    store::SignalParameterChange(machine.Engine(), set);
+    engine_link::SignalParameterChange(machine.Engine(), set);
     state.PauseTiming();
     machine.TakeEvents();
     state.ResumeTiming();
@@ -175,11 +176,11 @@ void ClickToLastEvent(benchmark::State& state) {
   if (!machine.Import()) state.SkipWithError("the import failed");
   std::uint32_t mode = 0;
   while (state.KeepRunning()) {
-    mode = (mode + 1) % store::kModeCount;
-    if (!store::WriteActiveSetting(machine.Engine(), mode, nullptr)) {
+    mode = (mode + 1) % static_cast<std::uint32_t>(store::kModeCount);
+    if (!engine_link::WriteActiveSetting(machine.Engine(), mode, nullptr)) {
       state.SkipWithError("not written");
     }
-    store::SignalModeChange(machine.Engine());
+    engine_link::SignalModeChange(machine.Engine());
     state.PauseTiming();
     machine.TakeEvents();
     state.ResumeTiming();

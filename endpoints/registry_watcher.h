@@ -7,12 +7,12 @@
 #include <memory>
 #include <string>
 
-#include "endpoints/output_path.h"
 #include "platform/audio_devices.h"
 #include "platform/registry.h"
 #include "platform/wake_event.h"
 #include "platform/window_messages.h"
 #include "platform/worker_thread.h"
+#include "store/output_path.h"
 
 namespace endpoints {
 
@@ -22,20 +22,20 @@ inline constexpr std::uint32_t kSettingChangedMessage = platform::message::kUser
 // What a window knows when its watcher starts.
 struct WatchStart {
   std::u16string endpointGuid;
-  OutputPath outputPath;
+  store::OutputPath outputPath;
   std::int32_t settingIndex;  // 0-based mode index
 };
 
 // Reports a changed route or setting to the window. Called on the watcher's thread, perhaps after
 // the window is gone, so it may hold the window's handle but not the window.
-using SettingChangedPoster = std::function<void(OutputPath)>;
+using SettingChangedPoster = std::function<void(store::OutputPath)>;
 
 // What a watcher thread and its window share; it lives until both have left it.
 struct WatchContext {
   WatchContext(const WatchStart& start, SettingChangedPoster poster);
 
   const SettingChangedPoster post;
-  const OutputPath outputPath;
+  const store::OutputPath outputPath;
   const std::int32_t settingIndex;
   std::u16string endpointGuid;  // at most 49 units; the thread's once it runs
   std::atomic<bool> run{true};

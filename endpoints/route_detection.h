@@ -4,10 +4,13 @@
 #include <memory>
 #include <string_view>
 
-#include "endpoints/output_path.h"
 #include "platform/registry.h"
+#include "store/output_path.h"
 
 namespace endpoints {
+
+// What this room finds out and the store keeps settings for.
+using store::OutputPath;
 
 // Jack values that the driver publishes win over the Intel SST driver's headset flag, which wins
 // over the store's hint.

@@ -14,6 +14,8 @@ namespace store {
 // give an index that no mode has.
 using SoundMode = std::int32_t;
 
+inline constexpr SoundMode kModeCount = 6;
+
 // The text of "ActiveSetting" in an open "Settings" key, whatever its type, cut to its buffer;
 // nothing when it is missing or too long.
 std::optional<std::u16string> QueryActiveSetting(platform::RegistryKey& settingsKey);

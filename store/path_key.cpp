@@ -6,16 +6,16 @@ bool IsSpeakerNodeType(std::u16string_view jackSubType) {
   return platform::GuidFromString(jackSubType) == kSpeakerNodeType;
 }
 
-std::u16string ResolvePathKey(std::u16string_view jackSubType, endpoints::OutputPath route) {
+std::u16string ResolvePathKey(std::u16string_view jackSubType, store::OutputPath route) {
   if (IsSpeakerNodeType(jackSubType)) {
     switch (route) {
-      case endpoints::OutputPath::LineOut:
+      case store::OutputPath::LineOut:
         return platform::GuidToString(kLineConnectorNodeType);
-      case endpoints::OutputPath::Headphone:
+      case store::OutputPath::Headphone:
         return platform::GuidToString(kHeadphonesNodeType);
-      case endpoints::OutputPath::SpeakerWithSubwoofer:
+      case store::OutputPath::SpeakerWithSubwoofer:
         return std::u16string(kSubwooferPathKey);
-      case endpoints::OutputPath::InternalSpeaker:
+      case store::OutputPath::InternalSpeaker:
         break;
     }
   }

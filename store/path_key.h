@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "endpoints/output_path.h"
 #include "platform/guid.h"
+#include "store/output_path.h"
 
 namespace store {
 
@@ -25,6 +25,6 @@ bool IsSpeakerNodeType(std::u16string_view jackSubType);
 
 // The `PathKey` of a route. Endpoints other than speakers have one route, named by the jack subtype
 // as it stands, whatever text that is.
-std::u16string ResolvePathKey(std::u16string_view jackSubType, endpoints::OutputPath route);
+std::u16string ResolvePathKey(std::u16string_view jackSubType, store::OutputPath route);
 
 }  // namespace store

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "dsp/eq_model.h"
 #include "platform/registry.h"
 
 namespace store {
@@ -48,7 +49,7 @@ using SettingNumber = std::uint32_t;
 std::u16string SettingKeyPath(Tree tree, std::u16string_view pathKey, std::u16string_view setting);
 
 // Parameters of a setting, numbered from 1.
-inline constexpr std::size_t kParameterCount = 1114;
+using dsp::kParameterCount;
 
 // "Param%d" for a number from 1 to kParameterCount. The text lives as long as the program.
 std::u16string_view ParameterName(std::size_t number);

@@ -177,7 +177,7 @@ void TuningImport::SetHardwareOutputPath() {
       registry_.OpenKey(RegistryRoot::LocalMachine, kProductKey, kSetValueAccess);
   if (!key) key = registry_.CreateKey(RegistryRoot::LocalMachine, kProductKey, kWriteAccess);
   if (!key) return;
-  const auto path = static_cast<std::uint32_t>(endpoints::OutputPath::InternalSpeaker);
+  const auto path = static_cast<std::uint32_t>(store::OutputPath::InternalSpeaker);
   static_cast<void>(key->SetValue(kHardwareOutputPathValue, RegistryType::Dword,
                                   std::as_bytes(std::span(&path, 1))));
 }

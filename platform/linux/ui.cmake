@@ -1,19 +1,43 @@
+# Windows and what is drawn in them.
 find_package(Qt6 REQUIRED COMPONENTS Widgets)
-find_package(PkgConfig REQUIRED)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
-pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
 
-set(ui_sources
-  accessible_element accessible_part accessible_value accessible_window
-  application browser control_window dialog dialog_units dialog_window
-  drawing_bitmap drawing_graphics drawing_path drawing_shapes drawing_text file_dialog file_filter
-  font_face image_scaling layered_window menus message_box message_icons mouse_router native_window
-  paint_queue reduced_painting session skinned_window system_controls theme wayland wayland_activation window
-  window_icon window_table x11)
-list(TRANSFORM ui_sources PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
-list(TRANSFORM ui_sources APPEND .cpp)
 tonalyx_library(tonalyx_platform_linux_ui
-  SOURCES ${ui_sources}
+  SOURCES
+    accessible/accessible_element.cpp
+    accessible/accessible_part.cpp
+    accessible/accessible_value.cpp
+    accessible/accessible_window.cpp
+    drawing/drawing_bitmap.cpp
+    drawing/drawing_graphics.cpp
+    drawing/drawing_path.cpp
+    drawing/drawing_shapes.cpp
+    drawing/drawing_text.cpp
+    drawing/font_face.cpp
+    drawing/image_scaling.cpp
+    windows/application.cpp
+    windows/browser.cpp
+    windows/control_window.cpp
+    windows/dialog.cpp
+    windows/dialog_units.cpp
+    windows/dialog_window.cpp
+    windows/file_dialog.cpp
+    windows/file_filter.cpp
+    windows/layered_window.cpp
+    windows/menus.cpp
+    windows/message_box.cpp
+    windows/message_icons.cpp
+    windows/mouse_router.cpp
+    windows/native_window.cpp
+    windows/paint_queue.cpp
+    windows/reduced_painting.cpp
+    windows/session.cpp
+    windows/skinned_window.cpp
+    windows/system_controls.cpp
+    windows/theme.cpp
+    windows/window.cpp
+    windows/window_icon.cpp
+    windows/window_table.cpp
+    windows/x11.cpp
   LIBS tonalyx_platform
-  PRIVATE_LIBS tonalyx_platform_linux_base tonalyx_resources Qt6::Widgets PkgConfig::XCB
-    PkgConfig::WAYLAND)
+  PRIVATE_LIBS tonalyx_platform_linux_base tonalyx_resources tonalyx_wayland Qt6::Widgets PkgConfig::XCB)

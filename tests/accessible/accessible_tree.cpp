@@ -8,7 +8,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "platform/linux/native_window.h"
+#include "platform/linux/windows/native_window.h"
 
 namespace support {
 namespace {

@@ -39,7 +39,7 @@ class AccessibleMainWindow : public ModeFixture {
 TEST_F(AccessibleMainWindow, TellsWhatEachSkinDraws) {
   const std::string warning = std::string("alert \"") + kWarning + "\" [hidden]";
   struct Case {
-    MainWindowModel model;
+    store::ModelFlags model;
     std::vector<std::string> lines;
   };
   const Case cases[] = {
@@ -68,7 +68,7 @@ TEST_F(AccessibleMainWindow, TellsWhatEachSkinDraws) {
 }
 
 TEST_F(AccessibleMainWindow, PartsLieWhereAClickReachesThem) {
-  ScriptedMainWindow window(machine_.platform, MainWindowModel{.threeGuiLayers = true}, nullptr);
+  ScriptedMainWindow window(machine_.platform, store::ModelFlags{.threeGuiLayers = true}, nullptr);
   window.ThenDo([&] {
     const AccessibleTree tree(window);
     for (int i = 0; i < tree.Root().childCount(); ++i) {
@@ -94,7 +94,7 @@ TEST_F(AccessibleMainWindow, PartsLieWhereAClickReachesThem) {
 
 TEST_F(AccessibleMainWindow, APressedModeIsAClickedMode) {
   Listener listener;
-  ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
+  ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
   window.ThenDo([&] {
     listener.Take();
     AccessibleTree(window).Press("Movie Mode");
@@ -121,7 +121,7 @@ class AccessibleFirstStart : public ModeFixture {};
 
 TEST_F(AccessibleFirstStart, AModeThatOthersSelectIsTold) {
   Listener listener;
-  ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
+  ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
   // The first start makes the key, which tells that it is watched.
   window.Then([&] { return window.Received(endpoints::kSettingChangedMessage) > 0; });
   window.ThenDo([&] { WriteSetting(kSpeakerKey, u"2"); });
@@ -131,7 +131,7 @@ TEST_F(AccessibleFirstStart, AModeThatOthersSelectIsTold) {
 
 TEST_F(AccessibleMainWindow, PressingDoneOrCloseEndsTheWindow) {
   for (const char* const name : {"Done", "Close"}) {
-    ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
+    ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
     window.ThenDo([&] { AccessibleTree(window).Press(name); });
     window.Then([] { return false; });
     EXPECT_EQ(window.DoModal(), 0);
@@ -149,7 +149,7 @@ TEST_F(AccessibleMainWindow, PressingAdvancedOpensTheDialogAndHidesEverything) {
     });
     return dialog;
   };
-  ScriptedMainWindow window(machine_.platform, MainWindowModel{.threeGuiLayers = true}, factory);
+  ScriptedMainWindow window(machine_.platform, store::ModelFlags{.threeGuiLayers = true}, factory);
   main = &window;
   window.ThenDo([&] { AccessibleTree(window).Press("Advanced"); });
   window.Then([&] { return window.Received(kOpenAdvancedMessage) > 0 && window.IsVisible(); });
@@ -163,7 +163,7 @@ TEST_F(AccessibleMainWindow, PressingAdvancedOpensTheDialogAndHidesEverything) {
 TEST_F(AccessibleMainWindow, TheWarningIsTold) {
   Listener listener;
   for (const bool davrin : {false, true}) {
-    ScriptedMainWindow window(machine_.platform, MainWindowModel{.davrinModel = davrin}, nullptr);
+    ScriptedMainWindow window(machine_.platform, store::ModelFlags{.davrinModel = davrin}, nullptr);
     window.ThenDo([&] {
       machine_.audioDevices.Add({.id = u"unsupported",
                                  .guid = u"{99999999-2222-3333-4444-555555555555}",
@@ -188,7 +188,7 @@ TEST_F(AccessibleMainWindow, TheWarningIsTold) {
 }
 
 TEST_F(AccessibleMainWindow, TheSystemMenuOpensByAction) {
-  ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
+  ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
   const auto menu = [] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); };
   window.ThenDo([&] {
     auto* actions = AccessibleTree(window).Root().actionInterface();
@@ -212,7 +212,7 @@ TEST_F(AccessibleMainWindow, TheSystemMenuOpensByAction) {
 TEST_F(AccessibleMainWindow, NothingIsLeftOfAWindowThatIsGone) {
   Listener listener;
   std::vector<QAccessible::Id> ids;
-  ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
+  ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
   window.ThenDo([&] {
     const AccessibleTree tree(window);
     ids.push_back(QAccessible::uniqueId(&tree.Root()));

@@ -1,9 +1,9 @@
 // Sinks as endpoints: names, states and GUIDs.
 #include <gtest/gtest.h>
 
-#include "platform/linux/adapter_name.h"
-#include "platform/linux/pulse_endpoints.h"
-#include "platform/linux/uuid5.h"
+#include "platform/linux/audio/adapter_name.h"
+#include "platform/linux/audio/pulse_endpoints.h"
+#include "platform/linux/audio/uuid5.h"
 
 namespace platform {
 namespace {

@@ -1,9 +1,9 @@
-#include "platform/linux/jack_state_publisher.h"
+#include "platform/linux/audio/jack_state_publisher.h"
 
 #include <gmock/gmock.h>
 
 #include "platform/fake/fake_registry.h"
-#include "platform/linux/pulse_endpoints.h"
+#include "platform/linux/audio/pulse_endpoints.h"
 #include "platform/wake_event.h"
 
 namespace platform {

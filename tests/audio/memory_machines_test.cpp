@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/fake/fake_audio_devices.h"
-#include "platform/linux/inotify_file_watcher.h"
+#include "platform/linux/files/inotify_file_watcher.h"
 #include "platform/virtual/laptop_file.h"
 #include "platform/virtual/virtual_audio_devices.h"
 #include "tests/audio/audio_devices_contract.h"

@@ -5,8 +5,8 @@
 #include <chrono>
 #include <thread>
 
-#include "platform/linux/pulse_audio_devices.h"
-#include "platform/linux/pulse_endpoints.h"
+#include "platform/linux/audio/pulse_audio_devices.h"
+#include "platform/linux/audio/pulse_endpoints.h"
 #include "tests/audio/audio_devices_contract.h"
 #include "tests/audio/pulse_daemon.h"
 #include "tests/audio/recording_sink.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/pulse_ports.h"
+#include "platform/linux/audio/pulse_ports.h"
 
 #include <gtest/gtest.h>
 #include <pulse/def.h>

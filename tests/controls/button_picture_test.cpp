@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "tests/controls/picture.h"
-#include "ui/controls/control_style.h"
-#include "ui/controls/control_window.h"
-#include "ui/controls/png_button.h"
-#include "ui/controls/png_checkbox.h"
+#include "ui/controls/buttons/png_button.h"
+#include "ui/controls/buttons/png_checkbox.h"
+#include "ui/controls/shared/control_style.h"
+#include "ui/controls/shared/control_window.h"
 
 namespace ui {
 namespace {

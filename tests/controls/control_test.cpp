@@ -6,10 +6,10 @@
 
 #include "platform/screen.h"
 #include "tests/controls/control_dialog.h"
-#include "ui/controls/control_window.h"
-#include "ui/controls/knob_geometry.h"
-#include "ui/controls/plot_geometry.h"
-#include "ui/controls/slider_geometry.h"
+#include "ui/controls/knob/knob_geometry.h"
+#include "ui/controls/plot/plot_geometry.h"
+#include "ui/controls/shared/control_window.h"
+#include "ui/controls/slider/slider_geometry.h"
 
 namespace ui {
 namespace {

@@ -5,10 +5,10 @@
 #include <numbers>
 #include <optional>
 
-#include "ui/controls/knob_drag.h"
-#include "ui/controls/knob_geometry.h"
-#include "ui/controls/slider_drag.h"
-#include "ui/controls/slider_geometry.h"
+#include "ui/controls/knob/knob_drag.h"
+#include "ui/controls/knob/knob_geometry.h"
+#include "ui/controls/slider/slider_drag.h"
+#include "ui/controls/slider/slider_geometry.h"
 
 namespace ui {
 namespace {

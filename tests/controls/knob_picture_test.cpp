@@ -5,10 +5,10 @@
 #include <string>
 
 #include "tests/controls/picture.h"
-#include "ui/controls/control_style.h"
-#include "ui/controls/control_window.h"
-#include "ui/controls/knob_geometry.h"
-#include "ui/controls/knob_painter.h"
+#include "ui/controls/knob/knob_geometry.h"
+#include "ui/controls/knob/knob_painter.h"
+#include "ui/controls/shared/control_style.h"
+#include "ui/controls/shared/control_window.h"
 
 namespace ui {
 namespace {

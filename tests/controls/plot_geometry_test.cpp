@@ -1,4 +1,4 @@
-#include "ui/controls/plot_geometry.h"
+#include "ui/controls/plot/plot_geometry.h"
 
 #include <gtest/gtest.h>
 

@@ -5,9 +5,9 @@
 
 #include "dsp/eq_model.h"
 #include "tests/controls/picture.h"
-#include "ui/controls/control_window.h"
-#include "ui/controls/plot_geometry.h"
-#include "ui/controls/plot_painter.h"
+#include "ui/controls/plot/plot_geometry.h"
+#include "ui/controls/plot/plot_painter.h"
+#include "ui/controls/shared/control_window.h"
 
 namespace ui {
 namespace {

@@ -3,10 +3,10 @@
 #include <limits>
 
 #include "tests/controls/picture.h"
-#include "ui/controls/control_style.h"
-#include "ui/controls/control_window.h"
-#include "ui/controls/slider_geometry.h"
-#include "ui/controls/slider_painter.h"
+#include "ui/controls/shared/control_style.h"
+#include "ui/controls/shared/control_window.h"
+#include "ui/controls/slider/slider_geometry.h"
+#include "ui/controls/slider/slider_painter.h"
 
 namespace ui {
 namespace {

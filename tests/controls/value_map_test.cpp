@@ -1,13 +1,13 @@
-#include "ui/controls/value_map.h"
+#include "ui/controls/shared/value_map.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 
-#include "ui/controls/knob_drag.h"
-#include "ui/controls/pixel_math.h"
-#include "ui/controls/slider_scale.h"
+#include "ui/controls/knob/knob_drag.h"
+#include "ui/controls/shared/pixel_math.h"
+#include "ui/controls/slider/slider_scale.h"
 
 namespace ui {
 namespace {

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "dsp/eq_model.h"
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "store/registry_layout.h"
 
 namespace e2e {

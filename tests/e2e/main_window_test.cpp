@@ -5,7 +5,7 @@
 #include <fstream>
 #include <thread>
 
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/wake_event.h"
 #include "tests/e2e/panel_fixture.h"
 

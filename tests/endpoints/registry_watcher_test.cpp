@@ -21,6 +21,7 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
+using store::OutputPath;
 
 const std::u16string kSpeaker = u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}";
 const std::u16string kHeadphones = u"{DFF21CE2-F70F-11D0-B917-00A0C9223196}";

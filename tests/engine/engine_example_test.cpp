@@ -13,10 +13,10 @@
 #include <vector>
 
 #include "dsp/eq_model.h"
-#include "platform/linux/fifo_events.h"
-#include "platform/linux/sqlite_registry.h"
+#include "engine_link/event_names.h"
+#include "platform/linux/events/fifo_events.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
-#include "store/event_names.h"
 #include "store/registry_layout.h"
 #include "tests/engine/engine_example.h"
 #include "tests/support/child_process.h"
@@ -80,10 +80,10 @@ class EngineExampleTest : public testing::Test {
                    std::as_bytes(std::span(setting)));
   }
 
-  bool Wake(std::u16string_view baseName = store::kSfxEvent) {
-    const auto event = events_.Open(baseName == store::kServiceEvent
+  bool Wake(std::u16string_view baseName = engine_link::kSfxEvent) {
+    const auto event = events_.Open(baseName == engine_link::kServiceEvent
                                         ? std::u16string(baseName)
-                                        : store::EndpointEventName(baseName, kEndpoint));
+                                        : engine_link::EndpointEventName(baseName, kEndpoint));
     return event && event->Set();
   }
 
@@ -115,7 +115,7 @@ TEST_F(EngineExampleTest, FollowsTheActiveSetFromAnEmptyMachineOn) {
   ASSERT_TRUE(Wake());
   EXPECT_EQ(engine->ReadLinesUntilQuiet(kQuiet), ExpectedLines("2", values))
       << "no setting is named";
-  for (const std::u16string_view event : store::kEndpointEvents) ASSERT_TRUE(Wake(event));
+  for (const std::u16string_view event : engine_link::kEndpointEvents) ASSERT_TRUE(Wake(event));
   EXPECT_THAT(engine->ReadLinesUntilQuiet(kQuiet), IsEmpty()) << "nothing differs";
 
   values = dsp::InitialParameters();
@@ -123,7 +123,7 @@ TEST_F(EngineExampleTest, FollowsTheActiveSetFromAnEmptyMachineOn) {
   set(u"10", 119, 9.0F);
   set(u"10", 121, 0.0F);
   Activate(u"10");
-  ASSERT_TRUE(Wake(store::kServiceEvent));
+  ASSERT_TRUE(Wake(engine_link::kServiceEvent));
   EXPECT_EQ(engine->ReadLinesUntilQuiet(kQuiet), ExpectedLines("10", values));
 
   // What cannot be used changes nothing.

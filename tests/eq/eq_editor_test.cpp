@@ -15,7 +15,7 @@ namespace {
 
 using dsp::FilterType;
 using dsp::Knob;
-using endpoints::OutputPath;
+using store::OutputPath;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;

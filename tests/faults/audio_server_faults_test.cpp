@@ -15,9 +15,9 @@
 #include <string>
 #include <thread>
 
-#include "platform/linux/fifo_event_listener.h"
-#include "platform/linux/pulse_endpoints.h"
-#include "store/event_names.h"
+#include "engine_link/event_names.h"
+#include "platform/linux/audio/pulse_endpoints.h"
+#include "platform/linux/events/fifo_event_listener.h"
 #include "tests/audio/pulse_daemon.h"
 #include "tests/e2e/dialog_fixture.h"
 #include "tests/faults/process_numbers.h"
@@ -47,8 +47,8 @@ class AudioServerFaults : public e2e::AdvancedDialogTest {
     std::ofstream(laptopFile_) << laptop;
     environment_["PULSE_SERVER"] = server_.Server();
     for (const char* sink : kSinks) {
-      for (const std::u16string_view kind : store::kEndpointEvents) {
-        ASSERT_TRUE(events_.Create(store::EndpointEventName(kind, platform::SinkGuid(sink))));
+      for (const std::u16string_view kind : engine_link::kEndpointEvents) {
+        ASSERT_TRUE(events_.Create(engine_link::EndpointEventName(kind, platform::SinkGuid(sink))));
       }
     }
     StartPanel();
@@ -60,7 +60,7 @@ class AudioServerFaults : public e2e::AdvancedDialogTest {
     for (auto sets = events_.Wait(milliseconds(400)); !sets.empty();
          sets = events_.Wait(milliseconds(400))) {
       for (const auto& set : sets)
-        sinks.insert(kSinks.at(set.event / store::kEndpointEvents.size()));
+        sinks.insert(kSinks.at(set.event / engine_link::kEndpointEvents.size()));
     }
     return sinks;
   }

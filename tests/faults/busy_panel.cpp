@@ -12,13 +12,13 @@
 
 #include "dsp/eq_model.h"
 #include "endpoints/registry_watcher.h"
+#include "engine_link/active_setting.h"
+#include "engine_link/engine_signals.h"
 #include "platform/fake/fake_audio_devices.h"
-#include "platform/linux/fifo_events.h"
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/events/fifo_events.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
 #include "store/active_mode.h"
-#include "store/active_setting.h"
-#include "store/engine_signals.h"
 #include "store/registry_layout.h"
 #include "tests/faults/rounds.h"
 #include "tests/support/registry_tree.h"
@@ -42,8 +42,8 @@ class BusyPanel {
                        .adapter = u"Realtek High Definition Audio"});
     audioDevices_.SetDefault(guid);
     Reload();
-    watcher_.Start({platform::FromUtf8(kEndpoint), endpoints::OutputPath::InternalSpeaker, mode_},
-                   [this](endpoints::OutputPath) { isPosted_ = true; });
+    watcher_.Start({platform::FromUtf8(kEndpoint), store::OutputPath::InternalSpeaker, mode_},
+                   [this](store::OutputPath) { isPosted_ = true; });
     watcher_.Wake();
   }
 
@@ -102,8 +102,8 @@ class BusyPanel {
 
   void ChangeMode() {
     const int mode = Between(random_, 0, 5);
-    if (store::WriteActiveSetting(engine_, static_cast<std::uint32_t>(mode), nullptr)) {
-      store::SignalModeChange(engine_);
+    if (engine_link::WriteActiveSetting(engine_, static_cast<std::uint32_t>(mode), nullptr)) {
+      engine_link::SignalModeChange(engine_);
     }
   }
 
@@ -111,7 +111,7 @@ class BusyPanel {
     const float value = 0.3F + static_cast<float>(Between(random_, 0, 3000)) / 1000.0F;
     set_.values[dsp::ParameterIndex(order_.parameter)] = value;
     edits_[set_.activeSetting] = value;
-    store::SignalParameterChange(engine_, set_);
+    engine_link::SignalParameterChange(engine_, set_);
   }
 
   void CountOne() {
@@ -126,7 +126,7 @@ class BusyPanel {
   platform::SqliteRegistry registry_;
   platform::FifoEvents events_;
   platform::FakeAudioDevices audioDevices_;
-  store::EngineLink engine_{registry_, events_, audioDevices_};
+  engine_link::EngineLink engine_{registry_, events_, audioDevices_};
   std::mt19937 random_;
   store::ParameterStore set_;
   std::int32_t mode_ = 0;

@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
 #include "store/parameter_store.h"
 #include "store/registry_layout.h"

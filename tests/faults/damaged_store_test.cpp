@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "tests/faults/machine.h"
 #include "tests/faults/rounds.h"
 

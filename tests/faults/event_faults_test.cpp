@@ -14,13 +14,13 @@
 #include <thread>
 #include <vector>
 
+#include "engine_link/engine_signals.h"
+#include "engine_link/event_names.h"
 #include "platform/fake/fake_audio_devices.h"
 #include "platform/fake/fake_registry.h"
-#include "platform/linux/fifo_events.h"
-#include "platform/linux/fifo_name.h"
-#include "platform/linux/file_descriptor.h"
-#include "store/engine_signals.h"
-#include "store/event_names.h"
+#include "platform/linux/events/fifo_events.h"
+#include "platform/linux/events/fifo_name.h"
+#include "platform/linux/files/file_descriptor.h"
 #include "tests/faults/rounds.h"
 #include "tests/support/temporary_folder.h"
 
@@ -96,11 +96,11 @@ class EventFaultsTest : public testing::Test {
     otherReader_ = platform::FileDescriptor(open(other.c_str(), O_RDONLY | O_NONBLOCK));
     for (const std::u16string_view guid : kEndpoints) {
       audioDevices_.Add({.id = std::u16string(guid), .guid = std::u16string(guid)});
-      for (const std::u16string_view kind : store::kEndpointEvents) {
-        AddPlace(store::EndpointEventName(kind, guid), other);
+      for (const std::u16string_view kind : engine_link::kEndpointEvents) {
+        AddPlace(engine_link::EndpointEventName(kind, guid), other);
       }
     }
-    AddPlace(store::kServiceEvent, other);
+    AddPlace(engine_link::kServiceEvent, other);
   }
 
   void AddPlace(std::u16string_view name, const fs::path& other) {
@@ -110,7 +110,7 @@ class EventFaultsTest : public testing::Test {
 
   microseconds Signal() {
     const auto start = steady_clock::now();
-    store::SignalModeChange(engine_);
+    engine_link::SignalModeChange(engine_);
     return std::chrono::duration_cast<microseconds>(steady_clock::now() - start);
   }
 
@@ -131,7 +131,7 @@ class EventFaultsTest : public testing::Test {
   platform::FakeRegistry registry_;
   platform::FakeAudioDevices audioDevices_;
   platform::FifoEvents events_{folder_};
-  store::EngineLink engine_{registry_, events_, audioDevices_};
+  engine_link::EngineLink engine_{registry_, events_, audioDevices_};
 };
 
 TEST_F(EventFaultsTest, TheOthersAreSetWhateverStandsInSomePlaces) {

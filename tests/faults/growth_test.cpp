@@ -13,16 +13,16 @@
 #include <thread>
 #include <vector>
 
+#include "engine_link/event_names.h"
 #include "platform/host.h"
-#include "platform/linux/fifo_event_listener.h"
+#include "platform/linux/events/fifo_event_listener.h"
 #include "platform/text.h"
 #include "resources/resource_ids.h"
-#include "store/event_names.h"
 #include "tests/faults/machine.h"
 #include "tests/faults/process_numbers.h"
 #include "tests/faults/rounds.h"
 #include "tests/support/scripted_window.h"
-#include "ui/controls/control_window.h"
+#include "ui/controls/shared/control_window.h"
 #include "ui/eq/kel_control_dlg.h"
 
 namespace faults {
@@ -80,8 +80,8 @@ class GrowthTest : public testing::Test {
     host_ = std::make_unique<platform::Host>();
     engine_ = std::make_unique<platform::FifoEventListener>(machine_.State() / "events");
     OpenEveryConnection();
-    EXPECT_TRUE(engine_->Create(
-        store::EndpointEventName(store::kGfxEvent, u"{5B1C9E70-3A54-4D0F-8C26-7F1E02A9D401}")));
+    EXPECT_TRUE(engine_->Create(engine_link::EndpointEventName(
+        engine_link::kGfxEvent, u"{5B1C9E70-3A54-4D0F-8C26-7F1E02A9D401}")));
   }
 
   void SetUp() override {

@@ -12,8 +12,8 @@
 #include <thread>
 
 #include "dsp/eq_model.h"
-#include "platform/linux/posix_files.h"
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/files/posix_files.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
 #include "store/parameter_store.h"
 #include "store/registry_layout.h"

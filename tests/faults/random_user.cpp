@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "dsp/eq_model.h"
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
 #include "store/registry_layout.h"
 #include "tests/faults/rounds.h"

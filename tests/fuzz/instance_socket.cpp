@@ -16,7 +16,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/raise_channel.h"
+#include "platform/linux/instance/raise_channel.h"
 #include "platform/text.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/support/temporary_folder.h"

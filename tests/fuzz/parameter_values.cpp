@@ -14,11 +14,11 @@
 #include "tests/eq/eq_machine.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/input.h"
-#include "ui/controls/knob_drag.h"
-#include "ui/controls/knob_geometry.h"
-#include "ui/controls/plot_geometry.h"
-#include "ui/controls/slider_geometry.h"
-#include "ui/controls/slider_scale.h"
+#include "ui/controls/knob/knob_drag.h"
+#include "ui/controls/knob/knob_geometry.h"
+#include "ui/controls/plot/plot_geometry.h"
+#include "ui/controls/slider/slider_geometry.h"
+#include "ui/controls/slider/slider_scale.h"
 #include "ui/eq/eq_editor.h"
 
 namespace {

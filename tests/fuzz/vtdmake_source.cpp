@@ -9,9 +9,9 @@
 #include "platform/fake/fake_registry.h"
 #include "store/tuning_import.h"
 #include "tests/fuzz/fuzz_target.h"
-#include "tools/json_source.h"
-#include "tools/tuning_description.h"
-#include "tools/tuning_encoding.h"
+#include "tools/vtdmake/json_source.h"
+#include "tools/vtdmake/tuning_description.h"
+#include "tools/vtdmake/tuning_encoding.h"
 
 namespace {
 

@@ -24,12 +24,14 @@ posix='<(unistd|fcntl|poll|signal|pwd|dirent|dlfcn|sys/[a-z]+|linux/[a-z]+)\.h>'
 
 check "the contract includes the standard library only" '([<"][^>"]*\.h>|"[^p]|"p[^l])' ':(glob)platform/*.h'
 check "no toolkit header outside the backends" "$system" \
-  'app/*.cpp' 'app/*.h' 'dsp/*' 'store/*' 'endpoints/*' 'ui/*' 'resources/*.h' 'resources/*.cpp' \
+  'app/*.cpp' 'app/*.h' 'dsp/*' 'store/*' 'endpoints/*' 'engine_link/*' 'ui/*' 'resources/*.h' 'resources/*.cpp' \
   'platform/fake/*' ':(glob)platform/*.cpp'
 check "no system header outside the backends" "$posix" \
-  'app/*' 'dsp/*' 'store/*' 'endpoints/*' 'ui/*' 'resources/*' 'platform/fake/*' \
+  'app/*' 'dsp/*' 'store/*' 'endpoints/*' 'engine_link/*' 'ui/*' 'resources/*' 'platform/fake/*' \
   'platform/virtual/*' ':!*.txt'
 check "the mathematics leans on nothing" '"(platform|store|endpoints|ui|app|resources)/' 'dsp/*'
-check "the store knows no windows of the product" '"(ui|app)/' 'store/*' 'endpoints/*'
-check "the controls know no store" '"(store|endpoints|app)/' 'ui/controls/*' 'ui/images/*'
+check "the store leans on the mathematics alone" '"(endpoints|engine_link|ui|app)/' 'store/*'
+check "the endpoints lean on the store alone" '"(engine_link|ui|app)/' 'endpoints/*'
+check "what wakes the engine knows no windows" '"(ui|app)/' 'engine_link/*'
+check "the controls know no store" '"(store|endpoints|engine_link|app)/' 'ui/controls/*' 'ui/images/*'
 exit $status

@@ -7,7 +7,7 @@
 namespace ui {
 namespace {
 
-using endpoints::OutputPath;
+using store::OutputPath;
 
 class ModeSelectionTest : public ModeFixture {
  protected:

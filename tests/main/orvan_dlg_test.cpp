@@ -21,7 +21,7 @@ class OrvanDlgTest : public ModeFixture {};
 TEST_F(OrvanDlgTest, OpensWithoutAnEndpointAndLeavesWhatItRegistered) {
   machine_.audioDevices.SetDefault(u"");
   {
-    ScriptedMainWindow window(machine_.platform, MainWindowModel{}, nullptr);
+    ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
     window.ThenDo([&] {
       EXPECT_TRUE(machine_.audioDevices.HasSinks());
       window.ClickAt(500, 200);
@@ -48,7 +48,7 @@ TEST_F(OrvanDlgTest, HidesBehindTheAdvancedDialogAndReturnsWithTheStoresMode) {
     });
     return dialog;
   };
-  ScriptedMainWindow window(machine_.platform, MainWindowModel{.threeGuiLayers = true}, factory);
+  ScriptedMainWindow window(machine_.platform, store::ModelFlags{.threeGuiLayers = true}, factory);
   main = &window;
   window.ThenDo([&window] {
     // Both clicks are there before the window can hide.

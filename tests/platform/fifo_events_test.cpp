@@ -1,6 +1,6 @@
 // Events as FIFOs, from both sides: against everything that may stand where a FIFO should, and with
 // other processes as engines and as setters.
-#include "platform/linux/fifo_events.h"
+#include "platform/linux/events/fifo_events.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -24,8 +24,8 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/fifo_event_listener.h"
-#include "platform/linux/fifo_name.h"
+#include "platform/linux/events/fifo_event_listener.h"
+#include "platform/linux/events/fifo_name.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/temporary_folder.h"
 

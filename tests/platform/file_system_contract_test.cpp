@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "platform/fake/fake_files.h"
-#include "platform/linux/posix_files.h"
+#include "platform/linux/files/posix_files.h"
 #include "platform/text.h"
 #include "tests/support/temporary_folder.h"
 

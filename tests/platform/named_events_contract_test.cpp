@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "platform/fake/fake_events.h"
-#include "platform/linux/fifo_event_listener.h"
-#include "platform/linux/fifo_events.h"
+#include "platform/linux/events/fifo_event_listener.h"
+#include "platform/linux/events/fifo_events.h"
 #include "tests/support/temporary_folder.h"
 
 namespace platform {

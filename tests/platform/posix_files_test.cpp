@@ -1,5 +1,5 @@
 // What only real files can show.
-#include "platform/linux/posix_files.h"
+#include "platform/linux/files/posix_files.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

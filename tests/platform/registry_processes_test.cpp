@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "tests/platform/open_key.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/temporary_folder.h"

@@ -1,6 +1,6 @@
 // What the registry in a database promises beyond the contract: its scopes, and what it does when
 // its files are not as it left them.
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/state_folder.h"
+#include "platform/linux/files/state_folder.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

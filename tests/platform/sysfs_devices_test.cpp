@@ -1,4 +1,4 @@
-#include "platform/linux/sysfs_devices.h"
+#include "platform/linux/devices/sysfs_devices.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

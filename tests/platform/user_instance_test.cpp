@@ -1,5 +1,5 @@
 // The single instance between real processes, and the second copy's wish.
-#include "platform/linux/user_instance.h"
+#include "platform/linux/instance/user_instance.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>

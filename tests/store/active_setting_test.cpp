@@ -1,4 +1,4 @@
-#include "store/active_setting.h"
+#include "engine_link/active_setting.h"
 
 #include <gtest/gtest.h>
 
@@ -10,9 +10,10 @@
 #include "tests/support/registry_tree.h"
 
 namespace store {
+using engine_link::WriteActiveSetting;
 namespace {
 
-using endpoints::OutputPath;
+using store::OutputPath;
 using support::FailingRegistry;
 using support::RegistryStep;
 

@@ -9,10 +9,10 @@
 #include <utility>
 #include <vector>
 
+#include "engine_link/engine_signals.h"
 #include "platform/fake/fake_audio_devices.h"
 #include "platform/fake/fake_events.h"
 #include "platform/fake/fake_registry.h"
-#include "store/engine_signals.h"
 
 namespace store {
 
@@ -54,7 +54,7 @@ class EngineFixture : public testing::Test {
   platform::FakeRegistry registry_;
   platform::FakeNamedEvents events_;
   platform::FakeAudioDevices audioDevices_;
-  EngineLink engine_{registry_, events_, audioDevices_};
+  engine_link::EngineLink engine_{registry_, events_, audioDevices_};
 };
 
 }  // namespace store

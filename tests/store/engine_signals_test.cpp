@@ -1,4 +1,4 @@
-#include "store/engine_signals.h"
+#include "engine_link/engine_signals.h"
 
 #include <gmock/gmock.h>
 
@@ -6,6 +6,8 @@
 #include "tests/support/registry_tree.h"
 
 namespace store {
+using engine_link::SignalModeChange;
+using engine_link::SignalParameterChange;
 namespace {
 
 using platform::FakeNamedEvents;

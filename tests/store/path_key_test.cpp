@@ -10,7 +10,7 @@
 namespace store {
 namespace {
 
-using endpoints::OutputPath;
+using store::OutputPath;
 
 TEST(PathKey, FollowsRouteForSpeakersAndJackForEverythingElse) {
   const std::u16string speaker = u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}";

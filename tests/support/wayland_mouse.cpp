@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-#include "platform/linux/wayland_activation.h"
+#include "platform/linux/wayland/wayland_activation.h"
 #include "tests/support/wayland_pointer.h"
 
 namespace {

@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/fifo_events.h"
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/events/fifo_events.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
 #include "store/registry_layout.h"
 #include "tests/support/child_process.h"

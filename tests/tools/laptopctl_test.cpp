@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "platform/jack_state.h"
-#include "platform/linux/sqlite_registry.h"
+#include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
 #include "platform/virtual/laptop_file.h"
 #include "resources/sample_models.h"

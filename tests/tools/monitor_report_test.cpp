@@ -1,4 +1,4 @@
-#include "tools/monitor_report.h"
+#include "tools/enginemon/monitor_report.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tools/parameter_watch.h"
+#include "tools/enginemon/parameter_watch.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "tools/replace_file.h"
+#include "tools/shared/replace_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <fstream>
 
-#include "platform/linux/inotify_file_watcher.h"
+#include "platform/linux/files/inotify_file_watcher.h"
 #include "platform/virtual/virtual_audio_devices.h"
 #include "platform/virtual/virtual_device_setup.h"
 #include "tests/audio/recording_sink.h"

@@ -9,7 +9,7 @@
 #include "platform/resources.h"
 #include "resources/resource_ids.h"
 #include "resources/spoken_texts.h"
-#include "ui/controls/spoken_scale.h"
+#include "ui/controls/shared/spoken_scale.h"
 
 namespace ui {
 namespace {

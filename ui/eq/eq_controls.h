@@ -9,11 +9,11 @@
 #include "dsp/eq_model.h"
 #include "platform/drawing.h"
 #include "platform/window.h"
-#include "ui/controls/freq_plot.h"
-#include "ui/controls/png_button.h"
-#include "ui/controls/png_checkbox.h"
-#include "ui/controls/png_slider.h"
-#include "ui/controls/potentiometer.h"
+#include "ui/controls/buttons/png_button.h"
+#include "ui/controls/buttons/png_checkbox.h"
+#include "ui/controls/knob/potentiometer.h"
+#include "ui/controls/plot/freq_plot.h"
+#include "ui/controls/slider/png_slider.h"
 #include "ui/eq/eq_view.h"
 
 namespace ui {

@@ -18,7 +18,8 @@ constexpr char16_t kFirstSetting = u'1';
 
 }  // namespace
 
-EqEditor::EqEditor(const store::EngineLink& engine, EqView& view) : engine_(engine), view_(view) {
+EqEditor::EqEditor(const engine_link::EngineLink& engine, EqView& view)
+    : engine_(engine), view_(view) {
   store_.values = dsp::InitialParameters();
   store_.activeSetting.assign(1, kFirstSetting);
 }
@@ -45,7 +46,7 @@ void EqEditor::ShowFirstSet() {
   ShowCurve();
 }
 
-void EqEditor::Reload(endpoints::OutputPath route) {
+void EqEditor::Reload(store::OutputPath route) {
   outputPath_ = route;
   endpoints::DefaultEndpointInfo endpoint;
   if (endpoints::GetDefaultEndpointInfo(engine_.audioDevices, endpoint)) {
@@ -159,7 +160,7 @@ void EqEditor::RestoreDefaults() {
 }
 
 void EqEditor::SignalParameterChange() {
-  store::SignalParameterChange(engine_, store_);
+  engine_link::SignalParameterChange(engine_, store_);
 }
 
 // The end of every edit of a band or of the equalizer's switch.

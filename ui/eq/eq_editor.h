@@ -8,9 +8,9 @@
 #include "dsp/biquad.h"
 #include "dsp/eq_model.h"
 #include "dsp/response.h"
-#include "endpoints/output_path.h"
 #include "endpoints/registry_watcher.h"
-#include "store/engine_signals.h"
+#include "engine_link/engine_signals.h"
+#include "store/output_path.h"
 #include "store/parameter_store.h"
 #include "ui/eq/eq_view.h"
 
@@ -21,7 +21,7 @@ namespace ui {
 // the plot are ignored. User-interface thread; the view and what `engine` refers to outlive it.
 class EqEditor {
  public:
-  EqEditor(const store::EngineLink& engine, EqView& view);
+  EqEditor(const engine_link::EngineLink& engine, EqView& view);
   EqEditor(const EqEditor&) = delete;
   EqEditor& operator=(const EqEditor&) = delete;
 
@@ -34,7 +34,7 @@ class EqEditor {
 
   // Follows a route or setting that changed elsewhere; nothing is written. The set stays when there
   // is no default endpoint to tell another one.
-  void Reload(endpoints::OutputPath route);
+  void Reload(store::OutputPath route);
 
   void EditKnob(dsp::Knob knob);
   void EditSlider(BandSlider slider);
@@ -57,7 +57,7 @@ class EqEditor {
   const store::ParameterStore& Store() const { return store_; }
   const dsp::CoefficientTable& Coefficients() const { return coefficients_; }
   std::int32_t SelectedBand() const { return selectedBand_; }
-  endpoints::OutputPath Route() const { return outputPath_; }
+  store::OutputPath Route() const { return outputPath_; }
 
  private:
   enum class Refresh { Full, Partial };
@@ -80,13 +80,13 @@ class EqEditor {
   void ShowFrequencyText();
   void ShowBandwidthText();
 
-  store::EngineLink engine_;
+  engine_link::EngineLink engine_;
   EqView& view_;
   store::ParameterStore store_;
   dsp::CoefficientTable coefficients_{};
   std::int32_t selectedBand_ = 1;
   bool loading_ = true;
-  endpoints::OutputPath outputPath_ = endpoints::OutputPath::LineOut;
+  store::OutputPath outputPath_ = store::OutputPath::LineOut;
 };
 
 }  // namespace ui

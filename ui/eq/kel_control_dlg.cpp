@@ -10,8 +10,8 @@
 #include "resources/resource_ids.h"
 #include "resources/templates.h"
 #include "store/user_settings_dialogs.h"
-#include "ui/controls/control_style.h"
-#include "ui/controls/control_window.h"
+#include "ui/controls/shared/control_style.h"
+#include "ui/controls/shared/control_window.h"
 #include "ui/eq/dialog_frame.h"
 #include "ui/images/png_resource.h"
 
@@ -153,7 +153,7 @@ void CKelControlDlg::LoadImages() {
 }
 
 void CKelControlDlg::LoadFirstSet() {
-  watcher_.Start(editor_.LoadFirstSet(), [window = Handle()](endpoints::OutputPath outputPath) {
+  watcher_.Start(editor_.LoadFirstSet(), [window = Handle()](store::OutputPath outputPath) {
     platform::PostToWindow(window, endpoints::kSettingChangedMessage, 0,
                            static_cast<LParam>(outputPath));
   });
@@ -331,7 +331,7 @@ LResult CKelControlDlg::OnCloseCommand(WParam /*wParam*/, LParam /*lParam*/) {
 }
 
 LResult CKelControlDlg::OnSettingChanged(WParam /*wParam*/, LParam lParam) {
-  editor_.Reload(static_cast<endpoints::OutputPath>(lParam));
+  editor_.Reload(static_cast<store::OutputPath>(lParam));
   return 0;
 }
 

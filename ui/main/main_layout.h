@@ -7,12 +7,13 @@
 
 #include "platform/geometry.h"
 #include "platform/window_messages.h"
+#include "store/active_mode.h"
 
 namespace ui {
 
 enum class Skin { Standard, Davrin };
 
-inline constexpr std::int32_t kModeCount = 6;
+using store::kModeCount;
 
 // Modes have their index as number.
 enum class Element : std::int32_t {

@@ -5,7 +5,7 @@
 
 #include "endpoints/enumeration.h"
 #include "endpoints/route_detection.h"
-#include "store/active_setting.h"
+#include "engine_link/active_setting.h"
 #include "store/path_key.h"
 
 namespace ui {
@@ -42,12 +42,12 @@ bool ModeSelection::Select(store::SoundMode mode) {
 
 bool ModeSelection::Apply() {
   const auto index = static_cast<std::uint32_t>(selectedMode_);
-  if (!store::WriteActiveSetting(engine_, index, &outputPath_)) return false;
-  store::SignalModeChange(engine_);
+  if (!engine_link::WriteActiveSetting(engine_, index, &outputPath_)) return false;
+  engine_link::SignalModeChange(engine_);
   return true;
 }
 
-bool ModeSelection::Follow(endpoints::OutputPath outputPath) {
+bool ModeSelection::Follow(store::OutputPath outputPath) {
   outputPath_ = outputPath;
   endpoints::DefaultEndpointInfo endpoint;
   if (!endpoints::GetDefaultEndpointInfo(engine_.audioDevices, endpoint)) return false;

@@ -4,11 +4,11 @@
 
 #include <optional>
 
-#include "endpoints/output_path.h"
 #include "endpoints/registry_watcher.h"
+#include "engine_link/engine_signals.h"
 #include "platform/platform.h"
 #include "store/active_mode.h"
-#include "store/engine_signals.h"
+#include "store/output_path.h"
 
 namespace ui {
 
@@ -19,7 +19,7 @@ class ModeSelection {
 
   // 0 to 5; -1 while unknown; more than 5 when the store holds a setting that is no mode.
   store::SoundMode SelectedMode() const { return selectedMode_; }
-  endpoints::OutputPath OutputPath() const { return outputPath_; }
+  store::OutputPath OutputPath() const { return outputPath_; }
 
   // Reads the active mode of the default endpoint's route. What a watcher starts from, or nothing
   // without an endpoint.
@@ -37,7 +37,7 @@ class ModeSelection {
 
   // Takes over the mode that somebody else made active, or that another route has. Writes nothing.
   // True when the window is to be redrawn.
-  bool Follow(endpoints::OutputPath outputPath);
+  bool Follow(store::OutputPath outputPath);
 
   // The same on the route that is the current one now.
   bool Refresh();
@@ -45,9 +45,9 @@ class ModeSelection {
  private:
   bool ReadMode(std::u16string_view jackSubType);
 
-  store::EngineLink engine_;
+  engine_link::EngineLink engine_;
   store::SoundMode selectedMode_ = 0;
-  endpoints::OutputPath outputPath_ = endpoints::OutputPath::LineOut;
+  store::OutputPath outputPath_ = store::OutputPath::LineOut;
   bool settingsKeyMissing_ = false;
 };
 

@@ -25,13 +25,13 @@ constexpr std::uint32_t kRepaintPeriod = 1000;  // milliseconds
 
 constexpr std::int32_t kResultClosed = 0;
 
-Skin SkinOf(MainWindowModel model) {
+Skin SkinOf(store::ModelFlags model) {
   return model.davrinModel ? Skin::Davrin : Skin::Standard;
 }
 
 }  // namespace
 
-COrvanDlg::COrvanDlg(const platform::Platform& platform, MainWindowModel model,
+COrvanDlg::COrvanDlg(const platform::Platform& platform, store::ModelFlags model,
                      AdvancedDialogFactory makeAdvancedDialog)
     : Dialog(resources::kMainTemplate),
       model_(model),
@@ -82,7 +82,7 @@ LResult COrvanDlg::OnInitDialog(WParam wParam, LParam lParam) {
 
 void COrvanDlg::LoadActiveMode() {
   if (const auto start = modes_.Load()) {
-    watcher_.Start(*start, [window = Handle()](endpoints::OutputPath outputPath) {
+    watcher_.Start(*start, [window = Handle()](store::OutputPath outputPath) {
       platform::PostToWindow(window, endpoints::kSettingChangedMessage, 0,
                              static_cast<LParam>(outputPath));
     });
@@ -165,7 +165,7 @@ LResult COrvanDlg::OnOpenAdvanced(WParam /*wParam*/, LParam /*lParam*/) {
 }
 
 LResult COrvanDlg::OnSettingChanged(WParam /*wParam*/, LParam lParam) {
-  if (modes_.Follow(static_cast<endpoints::OutputPath>(lParam))) RedrawNow();
+  if (modes_.Follow(static_cast<store::OutputPath>(lParam))) RedrawNow();
   return 0;
 }
 

@@ -12,6 +12,7 @@
 #include "platform/dialog.h"
 #include "platform/message_map.h"
 #include "platform/platform.h"
+#include "store/model_flags.h"
 #include "ui/main/mode_selection.h"
 #include "ui/main/skin_composer.h"
 #include "ui/main/spoken_elements.h"
@@ -21,19 +22,13 @@ namespace ui {
 // Posted by the main window to itself.
 inline constexpr std::uint32_t kOpenAdvancedMessage = platform::message::kUser + 10;
 
-// What the model of the laptop decides.
-struct MainWindowModel {
-  bool threeGuiLayers = false;  // the Advanced entry exists
-  bool davrinModel = false;     // selects the skin
-};
-
 // Makes the dialog behind the Advanced entry, ready to be run.
 using AdvancedDialogFactory = std::function<std::unique_ptr<platform::Dialog>()>;
 
 // Run with DoModal on the user-interface thread; `platform` outlives it.
 class COrvanDlg : public platform::Dialog {
  public:
-  COrvanDlg(const platform::Platform& platform, MainWindowModel model,
+  COrvanDlg(const platform::Platform& platform, store::ModelFlags model,
             AdvancedDialogFactory makeAdvancedDialog);
 
   std::int32_t AccessiblePartCount() const override;
@@ -71,7 +66,7 @@ class COrvanDlg : public platform::Dialog {
   // In this order because the notification client unregisters first, then the watcher stops, then
   // the apartment is left.
   platform::ComApartment apartment_;
-  MainWindowModel model_;
+  store::ModelFlags model_;
   AdvancedDialogFactory makeAdvancedDialog_;
   ModeSelection modes_;
   endpoints::RegistryWatcher watcher_;

@@ -1,0 +1,322 @@
+// Shows the custom controls in all their states on the dialogs' textured background, at the
+// screen's resolution. Everything can be used; Escape ends it.
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dsp/biquad.h"
+#include "dsp/conversions.h"
+#include "dsp/eq_model.h"
+#include "dsp/response.h"
+#include "platform/dialog.h"
+#include "platform/drawing.h"
+#include "platform/fake/fake_single_instance.h"
+#include "platform/resources.h"
+#include "platform/shell.h"
+#include "platform/startup.h"
+#include "resources/resource_ids.h"
+#include "ui/controls/buttons/png_button.h"
+#include "ui/controls/buttons/png_checkbox.h"
+#include "ui/controls/knob/potentiometer.h"
+#include "ui/controls/plot/freq_plot.h"
+#include "ui/controls/shared/control_window.h"
+#include "ui/controls/slider/png_slider.h"
+#include "ui/images/png_resource.h"
+
+namespace {
+
+using platform::ControlKind;
+using platform::DialogControl;
+using platform::LParam;
+using platform::LResult;
+using platform::WParam;
+
+enum class Input { Enabled, Disabled };
+enum class Accent { Standard, Red };
+enum class Scale { Linear, Logarithmic };
+enum class Check { Off, On };
+
+struct KnobSample {
+  std::u16string_view caption;
+  std::int32_t value;
+  Input input = Input::Enabled;
+  Accent accent = Accent::Standard;
+};
+
+struct SliderSample {
+  std::u16string_view caption;
+  std::u16string_view text;
+  std::int32_t minValue;
+  std::int32_t maxValue;
+  std::int32_t value;
+  Scale scale = Scale::Linear;
+  Input input = Input::Enabled;
+  Accent accent = Accent::Standard;
+};
+
+struct CheckboxSample {
+  std::u16string_view caption;
+  Check check;
+  Accent accent = Accent::Standard;
+};
+
+struct ButtonSample {
+  std::uint16_t image;
+  float designDpi = 96.0F;
+  bool showImage = true;
+};
+
+constexpr auto kKnobs = std::to_array<KnobSample>({
+    {u"Bass", 0},
+    {u"Treble", 50},
+    {u"Widener", 100},
+    {u"Loudness", 73, Input::Enabled, Accent::Red},
+    {u"Disabled", 50, Input::Disabled},
+    {u"A caption that is too long", 25},
+});
+
+constexpr auto kSliders = std::to_array<SliderSample>({
+    {u"Gain", u"-12.0 dB", -120, 120, -120},
+    {u"Gain", u"0.0 dB", -120, 120, 0},
+    {u"Gain", u"+12.0 dB", -120, 120, 120},
+    {u"Gain", u"+6.3 dB", -120, 120, 63, Scale::Linear, Input::Enabled, Accent::Red},
+    {u"Gain", u"-4.5 dB", -120, 120, -45, Scale::Linear, Input::Disabled},
+    {u"Frequency", u"1000 Hz", 20, 20000, 1000, Scale::Logarithmic},
+    {u"Bandwidth", u"20000 Hz", 1, 50, 10},
+    {u"A caption of more words than there is room for", u"100000000 Hz", -120, 120, -60},
+});
+
+constexpr auto kCheckboxes = std::to_array<CheckboxSample>({
+    {u"Peaking", Check::Off},
+    {u"High Shelving", Check::On},
+    {u"Low Shelving", Check::On, Accent::Red},
+    {u"High Pass", Check::Off, Accent::Red},
+    {u"A caption too long for it", Check::On},
+});
+
+constexpr auto kButtons = std::to_array<ButtonSample>({
+    {resources::kImageExpandButton},
+    {resources::kImageCollapseButton},
+    {resources::kImageExpandButton, 96.0F, false},
+    {resources::kImageMenuButton},
+    {resources::kImageCloseButton},
+    {resources::kImageExpandButton, 24.0F},  // larger than the button
+});
+
+constexpr std::size_t kPlotCount = 2;  // one for each accent
+
+// The controls' places in dialog units.
+constexpr std::int16_t kMargin = 7;
+constexpr std::int16_t kWidth = 640;
+constexpr std::int16_t kHeight = 512;
+constexpr std::int16_t kSliderTop = 110;
+constexpr std::int16_t kPlotTop = 266;
+
+constexpr std::uint16_t kFirstId = 2000;
+
+struct Place {
+  std::int16_t x;
+  std::int16_t y;
+};
+
+// The cell of a table with `columns` columns.
+Place Cell(std::size_t index, std::size_t columns, Place first, Place step) {
+  return {static_cast<std::int16_t>(first.x + static_cast<int>(index % columns) * step.x),
+          static_cast<std::int16_t>(first.y + static_cast<int>(index / columns) * step.y)};
+}
+
+std::vector<DialogControl> LayOut() {
+  std::vector<DialogControl> controls;
+  const auto add = [&controls](ControlKind kind, std::u16string_view text, Place place,
+                               std::int16_t width, std::int16_t height) {
+    const auto id = static_cast<std::uint16_t>(kFirstId + controls.size());
+    controls.push_back({id, kind, text, place.x, place.y, width, height});
+  };
+  for (std::size_t i = 0; i < kKnobs.size(); ++i) {
+    const Place place = Cell(i, kKnobs.size(), {kMargin, kMargin}, {105, 0});
+    add(ControlKind::Custom, kKnobs[i].caption, place, 85, 95);
+  }
+  for (std::size_t i = 0; i < kSliders.size(); ++i) {
+    const Place place = Cell(i, 2, {kMargin, kSliderTop}, {264, 38});
+    add(ControlKind::Custom, kSliders[i].caption, place, 259, 36);
+  }
+  for (std::size_t i = 0; i < kCheckboxes.size(); ++i) {
+    const Place place = Cell(i, 1, {530, kSliderTop}, {0, 14});
+    add(ControlKind::CheckBox, kCheckboxes[i].caption, place, 107, 12);
+  }
+  for (std::size_t i = 0; i < kButtons.size(); ++i) {
+    add(ControlKind::PushButton, u"", Cell(i, 1, {530, 182}, {0, 23}), 55, 21);
+  }
+  for (std::size_t i = 0; i < kPlotCount; ++i) {
+    add(ControlKind::Custom, u"", Cell(i, 1, {kMargin, kPlotTop}, {0, 123}), 489, 121);
+  }
+  return controls;
+}
+
+std::array<float, dsp::kParameterCount> SampleParameters() {
+  std::array<float, dsp::kParameterCount> values = dsp::InitialParameters();
+  const auto change = [&values](int band, float gain, dsp::FilterType type) {
+    dsp::EqBand fields = dsp::GetBand(values, band);
+    fields.gain = dsp::GainFromDecibels(gain);
+    dsp::ChangeFilterType(fields, type);
+    dsp::SetBand(values, band, fields);
+  };
+  change(1, 0.0F, dsp::FilterType::HighPass);
+  change(3, 9.0F, dsp::FilterType::Peaking);
+  change(6, -12.0F, dsp::FilterType::Peaking);
+  change(9, 6.0F, dsp::FilterType::HighShelving);
+  dsp::EqBand off = dsp::GetBand(values, 5);
+  off.enabled = dsp::SwitchValue(false);
+  dsp::SetBand(values, 5, off);
+  return values;
+}
+
+std::optional<platform::Bitmap> LoadTile() {
+  return platform::Bitmap::FromPng(
+      platform::FindResourceData(platform::ResourceType::Bitmap, resources::kDialogTileBitmap));
+}
+
+class Gallery : public platform::Dialog {
+ public:
+  Gallery(const platform::DialogTemplate& layout, std::span<const DialogControl> controls)
+      : Dialog(layout) {
+    std::size_t next = 0;
+    const auto bind = [&](auto& samples) {
+      for (auto& control : samples) BindControl(controls[next++].id, control);
+    };
+    bind(knobs_);
+    bind(sliders_);
+    bind(checkboxes_);
+    bind(buttons_);
+    bind(plots_);
+  }
+
+ protected:
+  LResult WindowProc(std::uint32_t message, WParam wParam, LParam lParam) override {
+    switch (message) {
+      case platform::message::kInitDialog:
+        SetText(u"Controls");
+        ShowSamples();
+        return 1;
+      case platform::message::kEraseBackground:
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): messages carry pointers as numbers
+        PaintBackground(reinterpret_cast<platform::Bitmap*>(wParam));
+        return 1;
+      case platform::message::kCommand:
+        ToggleCheckbox(lParam);
+        ShowSliderValue(lParam);
+        break;
+      case ui::kBandDraggedMessage:
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): messages carry pointers as numbers
+        MoveBand(static_cast<int>(wParam), *reinterpret_cast<const dsp::BandMarker*>(lParam));
+        return 0;
+      default:
+        break;
+    }
+    return Dialog::WindowProc(message, wParam, lParam);
+  }
+
+ private:
+  void ShowSamples() {
+    for (std::size_t i = 0; i < kKnobs.size(); ++i) Apply(kKnobs[i], knobs_[i]);
+    for (std::size_t i = 0; i < kSliders.size(); ++i) Apply(kSliders[i], sliders_[i]);
+    for (std::size_t i = 0; i < kCheckboxes.size(); ++i) Apply(kCheckboxes[i], checkboxes_[i]);
+    for (std::size_t i = 0; i < kButtons.size(); ++i) {
+      buttons_[i].SetImage(ui::LoadPngResource(kButtons[i].image, kButtons[i].designDpi));
+      buttons_[i].showImage = kButtons[i].showImage;
+    }
+    plots_.back().redAccent = true;
+    plots_.back().SetSelectedBand(6);
+    for (ui::CFreqPlot& plot : plots_) plot.BuildResponseGrid();
+    ShowResponse();
+  }
+
+  static void Apply(const KnobSample& sample, ui::CPotentiometer& knob) {
+    knob.redAccent = sample.accent == Accent::Red;
+    knob.Enable(sample.input == Input::Enabled);
+    knob.SetRange(0, 100);
+    knob.SetValue(sample.value);
+  }
+
+  static void Apply(const SliderSample& sample, ui::CPngSlider& slider) {
+    slider.redAccent = sample.accent == Accent::Red;
+    slider.Enable(sample.input == Input::Enabled);
+    slider.SetLogScale(sample.scale == Scale::Logarithmic);
+    slider.SetRange(sample.minValue, sample.maxValue);
+    slider.SetValue(sample.value);
+    slider.SetValueText(sample.text);
+  }
+
+  static void Apply(const CheckboxSample& sample, ui::CPngCheckbox& box) {
+    box.redAccent = sample.accent == Accent::Red;
+    box.Send(platform::message::kSetCheck, sample.check == Check::On ? 1 : 0, 0);
+  }
+
+  void ShowResponse() {
+    dsp::UpdateBandCoefficients(values_, coefficients_);
+    for (ui::CFreqPlot& plot : plots_) plot.EvaluateResponse(values_, coefficients_);
+  }
+
+  void PaintBackground(platform::Bitmap* background) {
+    if (background == nullptr || !tile_) return;
+    platform::Graphics(*background)
+        .FillTiled(*tile_, {0, 0, background->Width(), background->Height()});
+    const auto capture = [background](auto& controls) {
+      for (auto& control : controls) control.CaptureBackground(*background);
+    };
+    capture(knobs_);
+    capture(sliders_);
+    capture(checkboxes_);
+    capture(buttons_);
+  }
+
+  void ToggleCheckbox(LParam source) {
+    for (ui::CPngCheckbox& box : checkboxes_) {
+      if (box.Handle() != static_cast<platform::WindowHandle>(source)) continue;
+      const bool checked = box.Send(platform::message::kGetCheck, 0, 0) == 1;
+      box.Send(platform::message::kSetCheck, checked ? 0 : 1, 0);
+    }
+  }
+
+  void ShowSliderValue(LParam source) {
+    for (ui::CPngSlider& slider : sliders_) {
+      if (slider.Handle() != static_cast<platform::WindowHandle>(source)) continue;
+      slider.SetValueText(dsp::FrequencyText(slider.GetValue()));
+    }
+  }
+
+  void MoveBand(int band, const dsp::BandMarker& marker) {
+    dsp::EqBand fields = dsp::GetBand(values_, band);
+    fields.frequency = marker.frequency;
+    fields.gain = dsp::GainFromDecibels(marker.gainDb);
+    dsp::SetBand(values_, band, fields);
+    ShowResponse();
+  }
+
+  std::array<ui::CPotentiometer, kKnobs.size()> knobs_;
+  std::array<ui::CPngSlider, kSliders.size()> sliders_;
+  std::array<ui::CPngCheckbox, kCheckboxes.size()> checkboxes_;
+  std::array<ui::CPngButton, kButtons.size()> buttons_;
+  std::array<ui::CFreqPlot, kPlotCount> plots_;
+
+  std::optional<platform::Bitmap> tile_ = LoadTile();
+  std::array<float, dsp::kParameterCount> values_ = SampleParameters();
+  dsp::CoefficientTable coefficients_;
+};
+
+}  // namespace
+
+int main() {
+  const platform::DrawingSession drawing;
+  platform::FakeSingleInstance instance;
+  const platform::UserInterfaceSession session(instance);
+  const std::vector<DialogControl> controls = LayOut();
+  const platform::DialogTemplate layout{1,   platform::DialogFrame::Skinned, kWidth, kHeight,
+                                        u"", u"Microsoft Sans Serif",        8,      controls};
+  Gallery(layout, controls).DoModal();
+  return 0;
+}

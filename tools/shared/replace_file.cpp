@@ -1,0 +1,43 @@
+#include "tools/shared/replace_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "platform/linux/files/file_descriptor.h"
+
+namespace tools {
+namespace {
+
+constexpr mode_t kFileMode = 0666;  // the umask's to cut
+
+bool WriteAll(const platform::FileDescriptor& file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(file.Get(), bytes.data(), bytes.size());
+    if (count >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+bool ReplaceFile(const std::string& path, std::string_view bytes) {
+  const std::string fresh = path + "." + std::to_string(getpid());
+  // Where others may write too, a file or a link may lie in wait under a name that can be guessed:
+  // it is taken away or in the way, but never written to.
+  unlink(fresh.c_str());
+  const platform::FileDescriptor file(
+      open(fresh.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kFileMode));
+  if (!file.IsOpen()) return false;
+  if (WriteAll(file, bytes) && std::rename(fresh.c_str(), path.c_str()) == 0) return true;
+  unlink(fresh.c_str());
+  return false;
+}
+
+}  // namespace tools
