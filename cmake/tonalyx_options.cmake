@@ -1,6 +1,7 @@
 # Compiler settings that every target shares.
 
-option(TONALYX_BUILD_TESTS "Build the tests and benchmarks" ON)
+option(TONALYX_BUILD_TESTS "Build the tests" ON)
+option(TONALYX_BUILD_BENCHMARKS "Build the benchmarks" ON)
 set(TONALYX_SANITIZE "" CACHE STRING "Value for -fsanitize, empty for none")
 
 set(CMAKE_CXX_STANDARD 20)

@@ -11,14 +11,20 @@ as_root() {
   fi
 }
 
-# install_packages KIND...: what packages.txt lists for these kinds; nothing when all are there.
-install_packages() {
-  local missing=() kind package installed
+# missing_packages KIND...: what packages.txt lists for these kinds and is not installed.
+missing_packages() {
+  local kind package installed
   installed=$(dpkg-query -W -f='${db:Status-Abbrev} ${Package}\n' | awk '/^ii/ { print $2 }')
   while read -r kind package; do
     case " $* " in *" $kind "*) ;; *) continue ;; esac
-    grep -qxF -- "$package" <<<"$installed" || missing+=("$package")
+    grep -qxF -- "$package" <<<"$installed" || echo "$package"
   done < <(grep -v '^#' "$top/scripts/lib/packages.txt")
+}
+
+# install_packages KIND...: nothing when all are there.
+install_packages() {
+  local missing
+  mapfile -t missing < <(missing_packages "$@")
   [ ${#missing[@]} = 0 ] && return 0
   echo "Installing: ${missing[*]}"
   as_root apt-get update -qq
@@ -26,13 +32,18 @@ install_packages() {
     "${missing[@]}" >/dev/null
 }
 
-# build_preset PRESET [TARGET...]
+# on_if_installed KIND...: what is configured only where its packages are.
+on_if_installed() { if [ -z "$(missing_packages "$@")" ]; then echo ON; else echo OFF; fi; }
+
+# build_preset PRESET [TARGET...]: who only runs the panel needs nothing that the tests need.
 build_preset() {
   local preset=$1 folder="$top/build" log
   shift
   [ "$preset" = release ] || folder="$top/build/$preset"
   log=$(mktemp)
-  if ! (cd "$top" && cmake --preset "$preset" >"$log" 2>&1); then
+  if ! (cd "$top" && cmake --preset "$preset" \
+    -DTONALYX_BUILD_TESTS="$(on_if_installed bench test)" \
+    -DTONALYX_BUILD_BENCHMARKS="$(on_if_installed bench)" >"$log" 2>&1); then
     cat "$log"
     rm -f "$log"
     return 1
