@@ -5,27 +5,9 @@
 #include <cstddef>
 #include <memory>
 
+#include "platform/little_endian.h"
+
 namespace platform {
-namespace {
-
-std::array<std::byte, 4> LittleEndian(std::uint32_t value) {
-  std::array<std::byte, 4> bytes{};
-  for (std::byte& byte : bytes) {
-    byte = static_cast<std::byte>(value & 0xFFU);
-    value >>= 8U;
-  }
-  return bytes;
-}
-
-std::uint32_t FromLittleEndian(const std::array<std::byte, 4>& bytes) {
-  std::uint32_t value = 0;
-  for (std::size_t i = bytes.size(); i-- > 0;) {
-    value = (value << 8U) | std::to_integer<std::uint32_t>(bytes.at(i));
-  }
-  return value;
-}
-
-}  // namespace
 
 std::u16string JackKeyPath(std::u16string_view endpointGuid) {
   std::u16string path = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\MMDevices\\Audio\\Render\\";
@@ -54,7 +36,7 @@ std::optional<std::uint32_t> ReadJackValue(Registry& registry, std::u16string_vi
   if (status != RegistryStatus::Success || type != RegistryType::Dword || size != bytes.size()) {
     return std::nullopt;
   }
-  return FromLittleEndian(bytes);
+  return FromLittleEndian<std::uint32_t>(bytes);
 }
 
 bool WriteJackValues(Registry& registry, std::u16string_view endpointGuid,
@@ -63,8 +45,10 @@ bool WriteJackValues(Registry& registry, std::u16string_view endpointGuid,
   const std::unique_ptr<RegistryKey> key =
       registry.CreateKey(RegistryRoot::LocalMachine, JackKeyPath(endpointGuid), kRegistrySetValue);
   return key != nullptr && std::ranges::all_of(values, [&](const JackValue& value) {
-           return key->SetValue(JackValueName(value.property), RegistryType::Dword,
-                                LittleEndian(value.value)) == RegistryStatus::Success;
+           std::array<std::byte, 4> bytes{};
+           ToLittleEndian(value.value, std::span(bytes));
+           return key->SetValue(JackValueName(value.property), RegistryType::Dword, bytes) ==
+                  RegistryStatus::Success;
          });
 }
 

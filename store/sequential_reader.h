@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/files.h"
-#include "store/little_endian.h"
+#include "platform/little_endian.h"
 
 namespace store {
 
@@ -33,7 +33,7 @@ class SequentialReader {
   std::optional<Number> ReadNumber() {
     const auto bytes = ReadBytes<sizeof(Number)>();
     if (!bytes) return std::nullopt;
-    return FromLittleEndian<Number>(*bytes);
+    return platform::FromLittleEndian<Number>(*bytes);
   }
 
  private:

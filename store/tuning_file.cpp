@@ -29,10 +29,10 @@ std::optional<TuningHeader> ReadTuningHeader(SequentialReader& reader) {
   if (!bytes) return std::nullopt;
   const std::span<const std::byte, kHeaderSize> header(*bytes);
   if (!std::ranges::equal(header.first<kMagic.size()>(), kMagic)) return std::nullopt;
-  const auto version = FromLittleEndian<std::uint16_t>(header.subspan<3, 2>());
+  const auto version = platform::FromLittleEndian<std::uint16_t>(header.subspan<3, 2>());
   if (version != kTuningFormat1 && version != kTuningFormat2) return std::nullopt;
-  return TuningHeader{version, FromLittleEndian<std::uint32_t>(header.subspan<5, 4>()),
-                      FromLittleEndian<std::uint32_t>(header.subspan<9, 4>())};
+  return TuningHeader{version, platform::FromLittleEndian<std::uint32_t>(header.subspan<5, 4>()),
+                      platform::FromLittleEndian<std::uint32_t>(header.subspan<9, 4>())};
 }
 
 std::optional<TuningProperties> ReadTuningProperties(SequentialReader& reader) {
@@ -41,13 +41,13 @@ std::optional<TuningProperties> ReadTuningProperties(SequentialReader& reader) {
   const std::span<const std::byte, kPropertiesSize> block(*bytes);
   return TuningProperties{
       .engineName = FieldText(block.subspan<0, 20>()),
-      .engineMajorVersion =
-          static_cast<std::int32_t>(FromLittleEndian<std::uint32_t>(block.subspan<20, 4>())),
-      .engineBuild =
-          static_cast<std::int32_t>(FromLittleEndian<std::uint32_t>(block.subspan<24, 4>())),
+      .engineMajorVersion = static_cast<std::int32_t>(
+          platform::FromLittleEndian<std::uint32_t>(block.subspan<20, 4>())),
+      .engineBuild = static_cast<std::int32_t>(
+          platform::FromLittleEndian<std::uint32_t>(block.subspan<24, 4>())),
       .toolVersion = FieldText(block.subspan<28, 10>()),
-      .dataVersion = FromLittleEndian<std::uint16_t>(block.subspan<38, 2>()),
-      .date = FromLittleEndian<std::uint32_t>(block.subspan<40, 4>()),
+      .dataVersion = platform::FromLittleEndian<std::uint16_t>(block.subspan<38, 2>()),
+      .date = platform::FromLittleEndian<std::uint32_t>(block.subspan<40, 4>()),
       .status = {.internalSpeaker = std::to_integer<std::uint8_t>(block[44]),
                  .speakerWithSubwoofer = std::to_integer<std::uint8_t>(block[45]),
                  .headphone = std::to_integer<std::uint8_t>(block[46]),

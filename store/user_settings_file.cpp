@@ -7,7 +7,7 @@
 #include <span>
 
 #include "dsp/eq_model.h"
-#include "store/little_endian.h"
+#include "platform/little_endian.h"
 #include "store/sequential_reader.h"
 
 namespace store {
@@ -57,10 +57,11 @@ std::array<std::byte, kUserSettingsFileSize> EncodeFile(const ParameterSet& valu
   std::array<std::byte, kUserSettingsFileSize> bytes{};
   std::ranges::copy(kMagic, bytes.begin());
   std::span<std::byte> rest = std::span(bytes).subspan(kMagic.size());
-  ToLittleEndian(kVersion, rest.first<sizeof(kVersion)>());
+  platform::ToLittleEndian(kVersion, rest.first<sizeof(kVersion)>());
   rest = rest.subspan(sizeof(kVersion));
   for (const std::size_t index : kStoredIndices) {
-    ToLittleEndian(std::bit_cast<std::uint32_t>(values[index]), rest.first<sizeof(float)>());
+    platform::ToLittleEndian(std::bit_cast<std::uint32_t>(values[index]),
+                             rest.first<sizeof(float)>());
     rest = rest.subspan(sizeof(float));
   }
   return bytes;

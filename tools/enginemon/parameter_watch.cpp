@@ -2,10 +2,12 @@
 
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string_view>
 
+#include "platform/little_endian.h"
 #include "platform/text.h"
 #include "store/active_mode.h"
 #include "store/registry_layout.h"
@@ -33,14 +35,13 @@ std::vector<std::u16string> SubKeys(platform::Registry& registry, std::u16string
 
 // The bits of a parameter; nothing when the value is no float.
 std::optional<std::uint32_t> ReadBits(RegistryKey& key, std::u16string_view name) {
-  std::array<std::uint8_t, sizeof(float)> bytes{};
+  std::array<std::byte, sizeof(float)> bytes{};
   auto size = static_cast<std::uint32_t>(bytes.size());
   if (key.QueryValue(name, nullptr, bytes.data(), &size) != RegistryStatus::Success ||
       size != bytes.size()) {
     return std::nullopt;
   }
-  return static_cast<std::uint32_t>(bytes[0]) | static_cast<std::uint32_t>(bytes[1]) << 8U |
-         static_cast<std::uint32_t>(bytes[2]) << 16U | static_cast<std::uint32_t>(bytes[3]) << 24U;
+  return platform::FromLittleEndian<std::uint32_t>(bytes);
 }
 
 std::map<std::uint32_t, std::uint32_t> ReadParameters(RegistryKey& key) {

@@ -1,11 +1,16 @@
 #include "tools/vtdmake/tuning_encoding.h"
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
+
+#include "platform/little_endian.h"
 
 namespace tools {
 namespace {
@@ -15,10 +20,9 @@ class FieldWriter {
  public:
   template <class Number>
   void AddNumber(Number number) {
-    const auto bits = static_cast<std::uint32_t>(number);
-    for (std::size_t i = 0; i < sizeof(Number); ++i) {
-      bytes_.push_back(static_cast<char>(bits >> (8U * i) & 0xFFU));
-    }
+    std::array<std::byte, sizeof(Number)> bytes{};
+    platform::ToLittleEndian(static_cast<std::make_unsigned_t<Number>>(number), std::span(bytes));
+    for (const std::byte byte : bytes) bytes_.push_back(static_cast<char>(byte));
   }
 
   void AddText(std::string_view text) { bytes_.append(text); }

@@ -10,11 +10,14 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <ctime>
+#include <span>
 #include <utility>
 
 #include "platform/linux/events/fifo_name.h"
 #include "platform/linux/files/state_folder.h"
+#include "platform/little_endian.h"
 
 namespace platform {
 namespace {
@@ -58,22 +61,15 @@ Holding TryHold(const FileDescriptor& folder, const std::string& name, FileDescr
   return Holding::Held;
 }
 
-std::uint64_t DecodeTime(const unsigned char* bytes) {
-  std::uint64_t time = 0;
-  for (std::size_t i = 0; i < kStampBytes; ++i) {
-    time |= static_cast<std::uint64_t>(bytes[i]) << (8 * i);
-  }
-  return time;
-}
-
 // Takes the sets that lie in one FIFO now. Every writer of this layer writes whole stamps; a piece
 // that is left over came from somebody else and is dropped, so that the next stamp starts afresh.
 bool DrainOne(const FileDescriptor& reader, std::size_t event, std::vector<EventSet>* sets) {
-  std::array<unsigned char, kStampBytes * 512> bytes;
+  std::array<std::byte, kStampBytes * 512> bytes;
   const ssize_t count = read(reader.Get(), bytes.data(), bytes.size());
   if (count <= 0) return false;
   for (std::size_t at = 0; at + kStampBytes <= static_cast<std::size_t>(count); at += kStampBytes) {
-    sets->push_back({event, DecodeTime(bytes.data() + at)});
+    const std::span<const std::byte, kStampBytes> stamp(bytes.data() + at, kStampBytes);
+    sets->push_back({event, FromLittleEndian<std::uint64_t>(stamp)});
   }
   return true;
 }

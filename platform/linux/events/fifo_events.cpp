@@ -7,26 +7,26 @@
 
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
 #include <utility>
 
 #include "platform/linux/events/fifo_name.h"
 #include "platform/linux/files/file_descriptor.h"
+#include "platform/little_endian.h"
 
 namespace platform {
 namespace {
 
 // The time as every set carries it: monotonic nanoseconds, little-endian.
-std::array<unsigned char, 8> TimeStamp() {
+std::array<std::byte, 8> TimeStamp() {
   timespec now{};
   clock_gettime(CLOCK_MONOTONIC, &now);
   const std::uint64_t time = static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U +
                              static_cast<std::uint64_t>(now.tv_nsec);
-  std::array<unsigned char, 8> bytes{};
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    bytes[i] = static_cast<unsigned char>(time >> (8 * i));
-  }
+  std::array<std::byte, 8> bytes{};
+  ToLittleEndian(time, std::span(bytes));
   return bytes;
 }
 
@@ -61,7 +61,7 @@ class FifoEvent : public NamedEvent {
 
   bool Set() override {
     const BrokenPipeBlock block;
-    const std::array<unsigned char, 8> stamp = TimeStamp();
+    const std::array<std::byte, 8> stamp = TimeStamp();
     if (write(fifo_.Get(), stamp.data(), stamp.size()) == static_cast<ssize_t>(stamp.size())) {
       return true;
     }

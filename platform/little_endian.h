@@ -1,20 +1,18 @@
-// Numbers in files, which are little-endian on every machine.
+// Numbers in files, values and pipes, which are little-endian on every machine.
 #pragma once
 
-#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
-namespace store {
+namespace platform {
 
 template <std::unsigned_integral Number>
 constexpr Number FromLittleEndian(std::span<const std::byte, sizeof(Number)> bytes) {
-  std::uint32_t value = 0;
-  static_assert(sizeof(Number) <= sizeof(value));
+  std::uint64_t value = 0;
   for (std::size_t i = sizeof(Number); i > 0; --i) {
-    value = (value << 8U) | std::to_integer<std::uint32_t>(bytes[i - 1]);
+    value = (value << 8U) | std::to_integer<std::uint64_t>(bytes[i - 1]);
   }
   return static_cast<Number>(value);
 }
@@ -26,4 +24,4 @@ constexpr void ToLittleEndian(Number number, std::span<std::byte, sizeof(Number)
   }
 }
 
-}  // namespace store
+}  // namespace platform
