@@ -1,6 +1,7 @@
 #include "ui/eq/eq_controls.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -17,92 +18,44 @@ namespace {
 using dsp::FilterType;
 using dsp::Knob;
 
-constexpr std::array kSliders = {BandSlider::Gain, BandSlider::Frequency, BandSlider::Bandwidth};
-constexpr std::array kSwitches = {EqSwitch::Equalizer, EqSwitch::Band};
+// A control's id in the dialog template and its caption in the string table.
+template <typename Kind>
+struct Row {
+  Kind kind;
+  std::uint16_t control;
+  std::uint16_t caption;
+};
 
-// Ids in the dialog template.
-std::uint16_t ControlIdOf(Knob knob) {
-  switch (knob) {
-    case Knob::Bass:
-      return resources::kKnobBass;
-    case Knob::Treble:
-      return resources::kKnobTreble;
-    case Knob::Widener:
-      return resources::kKnobWidener;
-    case Knob::Loudness:
-      break;
-  }
-  return resources::kKnobLoudness;
-}
-
-std::uint16_t ControlIdOf(BandSlider slider) {
-  switch (slider) {
-    case BandSlider::Gain:
-      return resources::kGainSlider;
-    case BandSlider::Frequency:
-      return resources::kFrequencySlider;
-    case BandSlider::Bandwidth:
-      break;
-  }
-  return resources::kBandwidthSlider;
-}
-
-std::uint16_t ControlIdOf(EqSwitch box) {
-  return box == EqSwitch::Equalizer ? resources::kEqualizerEnable : resources::kBandEnable;
-}
-
-std::uint16_t ControlIdOf(FilterType type) {
-  switch (type) {
-    case FilterType::Peaking:
-      return resources::kTypePeaking;
-    case FilterType::LowPass:
-      return resources::kTypeLowPass;
-    case FilterType::HighPass:
-      return resources::kTypeHighPass;
-    case FilterType::LowShelving:
-      return resources::kTypeLowShelving;
-    case FilterType::HighShelving:
-      break;
-  }
-  return resources::kTypeHighShelving;
-}
-
-std::uint16_t CaptionOf(Knob knob) {
-  switch (knob) {
-    case Knob::Bass:
-      return resources::kTextBass;
-    case Knob::Treble:
-      return resources::kTextTreble;
-    case Knob::Widener:
-      return resources::kTextWidener;
-    case Knob::Loudness:
-      break;
-  }
-  return resources::kTextLoudness;
-}
-
-std::uint16_t CaptionOf(FilterType type) {
-  switch (type) {
-    case FilterType::Peaking:
-      return resources::kTextPeaking;
-    case FilterType::LowPass:
-      return resources::kTextLowPass;
-    case FilterType::HighPass:
-      return resources::kTextHighPass;
-    case FilterType::LowShelving:
-      return resources::kTextLowShelving;
-    case FilterType::HighShelving:
-      break;
-  }
-  return resources::kTextHighShelving;
-}
+constexpr auto kKnobs = std::to_array<Row<Knob>>({
+    {Knob::Bass, resources::kKnobBass, resources::kTextBass},
+    {Knob::Treble, resources::kKnobTreble, resources::kTextTreble},
+    {Knob::Widener, resources::kKnobWidener, resources::kTextWidener},
+    {Knob::Loudness, resources::kKnobLoudness, resources::kTextLoudness},
+});
+constexpr auto kSliders = std::to_array<Row<BandSlider>>({
+    {BandSlider::Gain, resources::kGainSlider, resources::kTextGain},
+    {BandSlider::Frequency, resources::kFrequencySlider, resources::kTextFrequency},
+    {BandSlider::Bandwidth, resources::kBandwidthSlider, resources::kTextBandwidth},
+});
+constexpr auto kTypes = std::to_array<Row<FilterType>>({
+    {FilterType::Peaking, resources::kTypePeaking, resources::kTextPeaking},
+    {FilterType::LowPass, resources::kTypeLowPass, resources::kTextLowPass},
+    {FilterType::HighPass, resources::kTypeHighPass, resources::kTextHighPass},
+    {FilterType::LowShelving, resources::kTypeLowShelving, resources::kTextLowShelving},
+    {FilterType::HighShelving, resources::kTypeHighShelving, resources::kTextHighShelving},
+});
+// The template gives the Equalizer box its caption.
+constexpr std::uint16_t kNoText = 0;
+constexpr auto kSwitches = std::to_array<Row<EqSwitch>>({
+    {EqSwitch::Equalizer, resources::kEqualizerEnable, kNoText},
+    {EqSwitch::Band, resources::kBandEnable, resources::kTextBandEnable},
+});
 
 // The buttons of the types are check boxes of which one is checked.
 std::optional<platform::AccessibleRole> SpokenRole(std::uint16_t control) {
   if (control == resources::kMenuButton) return platform::AccessibleRole::ButtonMenu;
-  const bool isType = std::any_of(kTypesInOrder.begin(), kTypesInOrder.end(),
-                                  [&](FilterType type) { return ControlIdOf(type) == control; });
-  if (isType) return platform::AccessibleRole::RadioButton;
+  if (std::ranges::find(kTypes, control, &Row<FilterType>::control) != kTypes.end())
+    return platform::AccessibleRole::RadioButton;
   return std::nullopt;
 }
 
@@ -131,6 +84,7 @@ constexpr SpokenScale kQ{
     .fromSpoken = [](double q) { return dsp::QToSlider(static_cast<float>(q)); }};
 
 void SetCaption(platform::Window& control, std::uint16_t text) {
+  if (text == kNoText) return;
   control.SetText(platform::LoadStringResource(text));
 }
 
@@ -141,10 +95,10 @@ void Check(CPngCheckbox& box, bool checked) {
 }  // namespace
 
 void EqControls::ForEach(const std::function<void(std::uint16_t, platform::Window&)>& visit) {
-  for (const Knob knob : kKnobsInOrder) visit(ControlIdOf(knob), KnobOf(knob));
-  for (const BandSlider slider : kSliders) visit(ControlIdOf(slider), Slider(slider));
-  for (const EqSwitch box : kSwitches) visit(ControlIdOf(box), Box(box));
-  for (const FilterType type : kTypesInOrder) visit(ControlIdOf(type), TypeButton(type));
+  for (const auto& row : kKnobs) visit(row.control, KnobOf(row.kind));
+  for (const auto& row : kSliders) visit(row.control, Slider(row.kind));
+  for (const auto& row : kSwitches) visit(row.control, Box(row.kind));
+  for (const auto& row : kTypes) visit(row.control, TypeButton(row.kind));
   visit(resources::kPlot, plot);
   visit(resources::kExpandButton, expandButton);
   visit(resources::kMenuButton, menuButton);
@@ -153,9 +107,10 @@ void EqControls::ForEach(const std::function<void(std::uint16_t, platform::Windo
 
 void EqControls::SetCaptionsAndRanges() {
   SetSpokenTexts();
-  for (const Knob knob : kKnobsInOrder) SetCaption(KnobOf(knob), CaptionOf(knob));
-  for (const FilterType type : kTypesInOrder) SetCaption(TypeButton(type), CaptionOf(type));
-  SetCaption(Box(EqSwitch::Band), resources::kTextBandEnable);
+  for (const auto& row : kKnobs) SetCaption(KnobOf(row.kind), row.caption);
+  for (const auto& row : kSliders) SetCaption(Slider(row.kind), row.caption);
+  for (const auto& row : kTypes) SetCaption(TypeButton(row.kind), row.caption);
+  for (const auto& row : kSwitches) SetCaption(Box(row.kind), row.caption);
 
   for (const Knob knob : {Knob::Bass, Knob::Treble, Knob::Loudness}) {
     KnobOf(knob).SetRange(0, 100);
@@ -163,9 +118,6 @@ void EqControls::SetCaptionsAndRanges() {
   }
   KnobOf(Knob::Widener).SetRange(0, 100);
 
-  SetCaption(Slider(BandSlider::Frequency), resources::kTextFrequency);
-  SetCaption(Slider(BandSlider::Gain), resources::kTextGain);
-  SetCaption(Slider(BandSlider::Bandwidth), resources::kTextBandwidth);
   PrepareSlider(BandSlider::Gain, -120, 120, 0);
   Slider(BandSlider::Frequency).SetLogScale(true);
   PrepareSlider(BandSlider::Frequency, 20, 20000, 1000);
