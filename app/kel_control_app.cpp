@@ -5,6 +5,7 @@
 
 #include "app/codec_probe.h"
 #include "platform/text.h"
+#include "resources/window_titles.h"
 #include "store/tuning_import.h"
 
 namespace app {
@@ -12,7 +13,8 @@ namespace {
 
 constexpr std::u16string_view kInstanceName = u"Velsona";
 // The advanced dialog hides the main window, so its title is looked for first.
-constexpr std::array<std::u16string_view, 2> kWindowTitles = {u"Velsona", u"Tonalyx"};
+constexpr std::array<std::u16string_view, 2> kWindowTitles = {resources::kAdvancedTitle,
+                                                              resources::kMainTitle};
 constexpr std::u16string_view kInstallArgument = u"/init";
 
 }  // namespace

@@ -159,7 +159,7 @@ void GainEdit(benchmark::State& state, VisitedDialog& dialog) {
     Drag(dialog, gain);
     state.ResumeTiming();
     dialog.Send(platform::message::kCommand,
-                MakeWParam(resources::kGainSlider, ui::kPsnValueChanged), 0);
+                MakeWParam(resources::kGainSlider, ui::PSN_VALUECHANGED), 0);
   }
 }
 
@@ -181,7 +181,7 @@ void TypeEdit(benchmark::State& state, VisitedDialog& dialog) {
 
 void Reload(benchmark::State& state, VisitedDialog& dialog) {
   while (state.KeepRunning()) {
-    dialog.Send(endpoints::kSettingChangedMessage, 0,
+    dialog.Send(endpoints::UM_SETTING_CHANGED, 0,
                 static_cast<platform::LParam>(store::OutputPath::InternalSpeaker));
   }
 }

@@ -12,7 +12,7 @@ float PlotMapping::X(float frequency) const {
 
 float PlotMapping::Y(float gainDb) const {
   const float span = static_cast<float>(height) - 20.0F * dpiScale - 10.0F * dpiScale;
-  return (1.0F - gainDb / 20.0F) * (span * 0.5F) + 10.0F * dpiScale;
+  return (1.0F - gainDb / kPlotGainMax) * (span * 0.5F) + 10.0F * dpiScale;
 }
 
 }  // namespace dsp

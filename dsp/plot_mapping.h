@@ -4,6 +4,11 @@
 
 namespace dsp {
 
+// The ends of the axes.
+inline constexpr float kPlotFreqMin = 20.0F;  // Hz
+inline constexpr float kPlotFreqMax = 20000.0F;
+inline constexpr float kPlotGainMax = 20.0F;  // dB, above and below 0
+
 // Where frequencies and gains lie in a plot's client area: 20 Hz to 20 kHz between the side
 // margins, +20 dB to -20 dB between a top margin of 10 and a bottom margin of 20 (at 96 DPI).
 // Nothing is clamped.

@@ -5,8 +5,6 @@
 namespace dsp {
 namespace {
 
-constexpr double kGridFirst = 20.0;                         // Hz
-constexpr double kGridLast = 20000.0;                       // Hz
 constexpr double kRadiansPerHertz = 0.0001308996938995747;  // at the filters' sample rate
 
 struct Complex {
@@ -52,8 +50,8 @@ void Store(Complex value, ComplexRow& row, std::size_t i) {
 }  // namespace
 
 void BuildResponseGrid(EvalFreqs& grid) {
-  const double logFirst = std::log10(kGridFirst);
-  const double logLast = std::log10(kGridLast);
+  const double logFirst = std::log10(double{kPlotFreqMin});
+  const double logLast = std::log10(double{kPlotFreqMax});
   const double step = (logLast - logFirst) / static_cast<double>(kGridPoints - 1);
   for (std::size_t i = 0; i < kGridPoints; ++i) {
     grid.f[i] = static_cast<float>(std::pow(10.0, logFirst + static_cast<double>(i) * step));

@@ -17,7 +17,7 @@
 namespace endpoints {
 
 // Posted by a watcher to its window; lParam is the route, 0 to 3.
-inline constexpr std::uint32_t kSettingChangedMessage = platform::message::kUser + 3;
+inline constexpr std::uint32_t UM_SETTING_CHANGED = platform::message::kUser + 3;
 
 // What a window knows when its watcher starts.
 struct WatchStart {

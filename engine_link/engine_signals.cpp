@@ -1,7 +1,7 @@
 #include "engine_link/engine_signals.h"
 
-#include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,14 +21,14 @@ void SetNamedEvent(platform::NamedEvents& events, std::u16string_view name) {
 }
 
 void SignalEndpoint(platform::NamedEvents& events, std::u16string_view endpointGuid,
-                    std::initializer_list<std::u16string_view> baseNames) {
+                    std::span<const std::u16string_view> baseNames) {
   for (const std::u16string_view baseName : baseNames) {
     SetNamedEvent(events, EndpointEventName(baseName, endpointGuid));
   }
 }
 
 void SignalActiveEndpoints(const EngineLink& engine,
-                           std::initializer_list<std::u16string_view> baseNames) {
+                           std::span<const std::u16string_view> baseNames) {
   for (const endpoints::EndpointRecord& record :
        endpoints::EnumerateRenderEndpoints(engine.audioDevices)) {
     if (record.active != 0) SignalEndpoint(engine.events, record.endpointGuid, baseNames);
@@ -40,11 +40,11 @@ void SignalActiveEndpoints(const EngineLink& engine,
 void SignalParameterChange(const EngineLink& engine, store::ParameterStore& store) {
   dsp::CopyBandsToMirror(store.values);
   static_cast<void>(store::CommitChanges(engine.registry, store));
-  SignalActiveEndpoints(engine, {kGfxEvent, kMfxEvent, kEfxEvent});
+  SignalActiveEndpoints(engine, kEditEvents);
 }
 
 void SignalModeChange(const EngineLink& engine) {
-  SignalActiveEndpoints(engine, {kGfxEvent, kMfxEvent, kEfxEvent, kSfxEvent});
+  SignalActiveEndpoints(engine, kEndpointEvents);
   SetNamedEvent(engine.events, kServiceEvent);
 }
 

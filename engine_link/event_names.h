@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,9 +16,10 @@ inline constexpr std::u16string_view kMfxEvent = u"Global\\VelsonaMFXPropEvent";
 inline constexpr std::u16string_view kEfxEvent = u"Global\\VelsonaEFXPropEvent";
 inline constexpr std::u16string_view kSfxEvent = u"Global\\VelsonaSFXPropEvent";
 
-// In the order in which a change of the mode sets them.
+// In the order in which they are set: all by a change of the mode, the first three by an edit.
 inline constexpr std::array<std::u16string_view, 4> kEndpointEvents = {kGfxEvent, kMfxEvent,
                                                                        kEfxEvent, kSfxEvent};
+inline constexpr auto kEditEvents = std::span(kEndpointEvents).first<3>();
 
 inline constexpr std::u16string_view kServiceEvent = u"Global\\VelsonaServiceParameterUpdateEvent";
 

@@ -123,7 +123,7 @@ TEST_F(AccessibleFirstStart, AModeThatOthersSelectIsTold) {
   Listener listener;
   ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
   // The first start makes the key, which tells that it is watched.
-  window.Then([&] { return window.Received(endpoints::kSettingChangedMessage) > 0; });
+  window.Then([&] { return window.Received(endpoints::UM_SETTING_CHANGED) > 0; });
   window.ThenDo([&] { WriteSetting(kSpeakerKey, u"2"); });
   window.Then([&] { return listener.Heard("check: radio button \"Music Mode\" [checked]"); });
   EXPECT_EQ(window.DoModal(), kScriptEnded);
@@ -152,7 +152,7 @@ TEST_F(AccessibleMainWindow, PressingAdvancedOpensTheDialogAndHidesEverything) {
   ScriptedMainWindow window(machine_.platform, store::ModelFlags{.threeGuiLayers = true}, factory);
   main = &window;
   window.ThenDo([&] { AccessibleTree(window).Press("Advanced"); });
-  window.Then([&] { return window.Received(kOpenAdvancedMessage) > 0 && window.IsVisible(); });
+  window.Then([&] { return window.Received(UM_OPEN_ADVANCED) > 0 && window.IsVisible(); });
   window.ThenDo([&] {
     EXPECT_EQ(ReadSetting(kSpeakerKey), u"1") << "a click could not have reached it either";
     EXPECT_EQ(AccessibleTree(window).Line("Movie Mode"), "radio button \"Movie Mode\" [unchecked]");

@@ -25,8 +25,8 @@ class ControlTest : public testing::Test {
     return {platform::message::kCommand, platform::MakeWParam(control.ControlId(), code),
             static_cast<platform::LParam>(control.Handle())};
   }
-  Notice SliderChanged() { return Changed(dialog_.slider, kPsnValueChanged); }
-  Notice KnobChanged() { return Changed(dialog_.knob, kPotnValueChanged); }
+  Notice SliderChanged() { return Changed(dialog_.slider, PSN_VALUECHANGED); }
+  Notice KnobChanged() { return Changed(dialog_.knob, POTN_VALUECHANGED); }
 
   // A step that looks at what the steps before have caused.
   template <class Matcher>

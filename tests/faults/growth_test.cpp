@@ -40,13 +40,13 @@ constexpr std::array kEdits = {
     Command{resources::kEqualizerEnable, platform::kNotifyClicked},
     Command{resources::kTypeHighShelving, platform::kNotifyClicked},
     Command{resources::kBandEnable, platform::kNotifyClicked},
-    Command{resources::kGainSlider, ui::kPsnValueChanged},
+    Command{resources::kGainSlider, ui::PSN_VALUECHANGED},
     Command{resources::kTypeLowPass, platform::kNotifyClicked},
-    Command{resources::kFrequencySlider, ui::kPsnValueChanged},
+    Command{resources::kFrequencySlider, ui::PSN_VALUECHANGED},
     Command{resources::kTypePeaking, platform::kNotifyClicked},
-    Command{resources::kBandwidthSlider, ui::kPsnValueChanged},
-    Command{resources::kKnobBass, ui::kPotnValueChanged},
-    Command{resources::kKnobWidener, ui::kPotnValueChanged},
+    Command{resources::kBandwidthSlider, ui::PSN_VALUECHANGED},
+    Command{resources::kKnobBass, ui::POTN_VALUECHANGED},
+    Command{resources::kKnobWidener, ui::POTN_VALUECHANGED},
 };
 
 struct Footprint {

@@ -9,6 +9,7 @@
 #include "platform/shell.h"
 #include "resources/resource_ids.h"
 #include "resources/templates.h"
+#include "resources/window_titles.h"
 #include "store/user_settings_dialogs.h"
 #include "ui/controls/shared/control_style.h"
 #include "ui/controls/shared/control_window.h"
@@ -22,7 +23,6 @@ using platform::LParam;
 using platform::LResult;
 using platform::WParam;
 
-constexpr std::u16string_view kWindowTitle = u"Velsona";
 constexpr std::u16string_view kSettingsExtension = u".tus";
 constexpr std::u16string_view kSettingsFilter =
     u"Tonalyx user settings (*.tus)|*.tus|All files (*.*)|*.*||";
@@ -78,10 +78,10 @@ LResult CKelControlDlg::WindowProc(std::uint32_t message, WParam wParam, LParam 
       OnMessage(msg::kLeftButtonUp, &Dlg::OnLeftButtonUp),
       OnControl(resources::kExpandButton, kNotifyClicked, &Dlg::OnExpand),
       OnControl(resources::kEqualizerEnable, kNotifyClicked, &Dlg::OnSwitch<EqSwitch::Equalizer>),
-      OnControl(resources::kGainSlider, kPsnValueChanged, &Dlg::OnSlider<BandSlider::Gain>),
-      OnControl(resources::kFrequencySlider, kPsnValueChanged,
+      OnControl(resources::kGainSlider, PSN_VALUECHANGED, &Dlg::OnSlider<BandSlider::Gain>),
+      OnControl(resources::kFrequencySlider, PSN_VALUECHANGED,
                 &Dlg::OnSlider<BandSlider::Frequency>),
-      OnControl(resources::kBandwidthSlider, kPsnValueChanged,
+      OnControl(resources::kBandwidthSlider, PSN_VALUECHANGED,
                 &Dlg::OnSlider<BandSlider::Bandwidth>),
       OnControl(resources::kTypePeaking, kNotifyClicked, &Dlg::OnType<FilterType::Peaking>),
       OnControl(resources::kTypeHighShelving, kNotifyClicked,
@@ -90,10 +90,10 @@ LResult CKelControlDlg::WindowProc(std::uint32_t message, WParam wParam, LParam 
       OnControl(resources::kTypeLowPass, kNotifyClicked, &Dlg::OnType<FilterType::LowPass>),
       OnControl(resources::kTypeHighPass, kNotifyClicked, &Dlg::OnType<FilterType::HighPass>),
       OnControl(resources::kBandEnable, kNotifyClicked, &Dlg::OnSwitch<EqSwitch::Band>),
-      OnControl(resources::kKnobBass, kPotnValueChanged, &Dlg::OnKnob<Knob::Bass>),
-      OnControl(resources::kKnobTreble, kPotnValueChanged, &Dlg::OnKnob<Knob::Treble>),
-      OnControl(resources::kKnobWidener, kPotnValueChanged, &Dlg::OnKnob<Knob::Widener>),
-      OnControl(resources::kKnobLoudness, kPotnValueChanged, &Dlg::OnKnob<Knob::Loudness>),
+      OnControl(resources::kKnobBass, POTN_VALUECHANGED, &Dlg::OnKnob<Knob::Bass>),
+      OnControl(resources::kKnobTreble, POTN_VALUECHANGED, &Dlg::OnKnob<Knob::Treble>),
+      OnControl(resources::kKnobWidener, POTN_VALUECHANGED, &Dlg::OnKnob<Knob::Widener>),
+      OnControl(resources::kKnobLoudness, POTN_VALUECHANGED, &Dlg::OnKnob<Knob::Loudness>),
       OnControl(resources::kMenuButton, kNotifyClicked, &Dlg::OnMenuButton),
       OnControl(resources::kCommandAbout, kNotifyClicked, &Dlg::OnAbout),
       OnControl(resources::kCommandLoad, kNotifyClicked, &Dlg::OnLoad),
@@ -102,7 +102,7 @@ LResult CKelControlDlg::WindowProc(std::uint32_t message, WParam wParam, LParam 
       OnControl(resources::kCommandClose, kNotifyClicked, &Dlg::OnCloseCommand),
       OnMessage(kBandSelectedMessage, &Dlg::OnBandSelected),
       OnMessage(kBandDraggedMessage, &Dlg::OnBandDragged),
-      OnMessage(endpoints::kSettingChangedMessage, &Dlg::OnSettingChanged),
+      OnMessage(endpoints::UM_SETTING_CHANGED, &Dlg::OnSettingChanged),
       OnMessage(kSignalEngineMessage, &Dlg::OnSignalEngine),
   });
   if (const auto result = platform::DispatchMessageMap<Dlg>(*this, kMap, message, wParam, lParam)) {
@@ -116,7 +116,7 @@ LResult CKelControlDlg::OnInitDialog(WParam wParam, LParam lParam) {
   Dialog::WindowProc(platform::message::kInitDialog, wParam, lParam);
   eraseBuffer_.reset();
   backgroundBrush_ = LoadUnscaled(platform::ResourceType::Bitmap, resources::kDialogTileBitmap);
-  SetText(kWindowTitle);
+  SetText(resources::kAdvancedTitle);
   AddAboutToSystemMenu();
   Collapse();
   controls_.SetCaptionsAndRanges();
@@ -154,7 +154,7 @@ void CKelControlDlg::LoadImages() {
 
 void CKelControlDlg::LoadFirstSet() {
   watcher_.Start(editor_.LoadFirstSet(), [window = Handle()](store::OutputPath outputPath) {
-    platform::PostToWindow(window, endpoints::kSettingChangedMessage, 0,
+    platform::PostToWindow(window, endpoints::UM_SETTING_CHANGED, 0,
                            static_cast<LParam>(outputPath));
   });
   // What changed after the set was read, before the watcher was ready, is seen by its first look.

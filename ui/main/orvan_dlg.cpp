@@ -9,6 +9,7 @@
 #include "platform/shell.h"
 #include "resources/resource_ids.h"
 #include "resources/templates.h"
+#include "resources/window_titles.h"
 
 namespace ui {
 namespace {
@@ -17,7 +18,6 @@ using platform::LParam;
 using platform::LResult;
 using platform::WParam;
 
-constexpr std::u16string_view kWindowTitle = u"Tonalyx";
 constexpr std::u16string_view kMakerLocation = u"https://www.norvane.example/";
 
 constexpr std::uint32_t kRepaintTimer = 1001;
@@ -51,8 +51,8 @@ LResult COrvanDlg::WindowProc(std::uint32_t message, WParam wParam, LParam lPara
       OnMessage(msg::kNonClientHitTest, &COrvanDlg::OnNonClientHitTest),
       OnMessage(msg::kMouseMove, &COrvanDlg::OnMouseMove),
       OnMessage(msg::kLeftButtonDown, &COrvanDlg::OnLeftButtonDown),
-      OnMessage(kOpenAdvancedMessage, &COrvanDlg::OnOpenAdvanced),
-      OnMessage(endpoints::kSettingChangedMessage, &COrvanDlg::OnSettingChanged),
+      OnMessage(UM_OPEN_ADVANCED, &COrvanDlg::OnOpenAdvanced),
+      OnMessage(endpoints::UM_SETTING_CHANGED, &COrvanDlg::OnSettingChanged),
       OnMessage(msg::kTimer, &COrvanDlg::OnTimer),
       OnMessage(msg::kDestroy, &COrvanDlg::OnDestroy),
   });
@@ -66,7 +66,7 @@ LResult COrvanDlg::WindowProc(std::uint32_t message, WParam wParam, LParam lPara
 LResult COrvanDlg::OnInitDialog(WParam wParam, LParam lParam) {
   Dialog::WindowProc(platform::message::kInitDialog, wParam, lParam);
   const Skin skin = SkinOf(model_);
-  SetText(kWindowTitle);
+  SetText(resources::kMainTitle);
   // Nothing needs the images before the window is sized and drawn, so they are decoded while the
   // registration, which evaluates the warning before the first picture, lets an endpoint settle.
   std::future<MainImages> images = std::async(std::launch::async, MainImages::Load, skin);
@@ -83,7 +83,7 @@ LResult COrvanDlg::OnInitDialog(WParam wParam, LParam lParam) {
 void COrvanDlg::LoadActiveMode() {
   if (const auto start = modes_.Load()) {
     watcher_.Start(*start, [window = Handle()](store::OutputPath outputPath) {
-      platform::PostToWindow(window, endpoints::kSettingChangedMessage, 0,
+      platform::PostToWindow(window, endpoints::UM_SETTING_CHANGED, 0,
                              static_cast<LParam>(outputPath));
     });
   }
@@ -136,7 +136,7 @@ void COrvanDlg::Click(Element element) {
   } else if (element == Element::Close || element == Element::Done) {
     EndDialog(kResultClosed);
   } else if (element == Element::Advanced) {
-    platform::PostToWindow(Handle(), kOpenAdvancedMessage, 0, 0);
+    platform::PostToWindow(Handle(), UM_OPEN_ADVANCED, 0, 0);
   } else if (element == Element::MakerLogo) {
     platform::OpenInBrowser(kMakerLocation);
   }

@@ -20,7 +20,7 @@
 namespace ui {
 
 // Posted by the main window to itself.
-inline constexpr std::uint32_t kOpenAdvancedMessage = platform::message::kUser + 10;
+inline constexpr std::uint32_t UM_OPEN_ADVANCED = platform::message::kUser + 10;
 
 // Makes the dialog behind the Advanced entry, ready to be run.
 using AdvancedDialogFactory = std::function<std::unique_ptr<platform::Dialog>()>;

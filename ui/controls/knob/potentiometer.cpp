@@ -92,7 +92,7 @@ LResult CPotentiometer::OnMouseMove(WParam /*wParam*/, LParam lParam) {
   if (!drag_.IsDragging()) return 0;
   const std::int32_t oldPos = knobPos_;
   TurnTo(drag_.Move(platform::PointFromLParam(lParam), TurningCentre(ClientSize(*this)), oldPos));
-  if (knobPos_ != oldPos) NotifyParent(*this, kPotnValueChanged);
+  if (knobPos_ != oldPos) NotifyParent(*this, POTN_VALUECHANGED);
   return 0;
 }
 
@@ -110,7 +110,7 @@ void CPotentiometer::PutAccessibleValue(std::int32_t /*part*/, double value) {
   const double wanted = std::clamp<double>(std::round(value), map_.minValue, map_.maxValue);
   if (wanted == GetValue()) return;
   TurnTo(map_.Position(static_cast<std::int32_t>(wanted)));
-  NotifyParent(*this, kPotnValueChanged);
+  NotifyParent(*this, POTN_VALUECHANGED);
 }
 
 void CPotentiometer::Render(double scale) {

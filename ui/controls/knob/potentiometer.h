@@ -1,7 +1,7 @@
 // The effect knob of the advanced dialog: a disc with an indicator, a scale of ticks around it, and
 // the caption underneath. It is turned by dragging about its middle.
 //
-// User-interface thread only. Whenever the user has turned it, it posts kPotnValueChanged to its
+// User-interface thread only. Whenever the user has turned it, it posts POTN_VALUECHANGED to its
 // parent.
 #pragma once
 

@@ -8,8 +8,6 @@
 namespace ui {
 namespace {
 
-constexpr double kFreqMin = 20.0;  // Hz
-constexpr double kFreqMax = 20000.0;
 constexpr double kLeftMargin = 30.0;
 constexpr double kRightMargin = 15.0;
 
@@ -44,8 +42,8 @@ dsp::PlotMapping MakePlotMapping(platform::Size client, float scale) {
           .dpiScale = scale,
           .plotLeft = ScaledPixels(kLeftMargin, scale),
           .plotRight = ScaledPixels(kRightMargin, scale),
-          .logFreqMin = std::log10(kFreqMin),
-          .logFreqMax = std::log10(kFreqMax)};
+          .logFreqMin = std::log10(double{dsp::kPlotFreqMin}),
+          .logFreqMax = std::log10(double{dsp::kPlotFreqMax})};
 }
 
 platform::Rect CurveClip(const dsp::PlotMapping& mapping) {
@@ -90,7 +88,8 @@ std::optional<dsp::BandMarker> DraggedMarker(const dsp::PlotMapping& mapping,
   const double frequency = DraggedFrequency(mapping, pointer.x, windowScale);
   const double gain = DraggedGain(mapping, pointer.y, windowScale);
   return dsp::BandMarker{
-      .frequency = static_cast<float>(std::clamp(frequency, kFreqMin, kFreqMax)),
+      .frequency = static_cast<float>(
+          std::clamp(frequency, double{dsp::kPlotFreqMin}, double{dsp::kPlotFreqMax})),
       .gainDb = static_cast<float>(std::clamp(gain, -kMaxBandGain, kMaxBandGain))};
 }
 

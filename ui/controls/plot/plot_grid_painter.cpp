@@ -24,9 +24,9 @@ constexpr Argb kMinorGrid = 0x3CFFFFFF;
 constexpr Argb kMajorGrid = 0x64FFFFFF;
 constexpr Argb kLabels = 0x64FFFFFF;
 
-constexpr float kFreqMin = 20.0F;  // Hz
-constexpr float kFreqMax = 20000.0F;
-constexpr float kGainMax = 20.0F;  // dB
+using dsp::kPlotFreqMax;
+using dsp::kPlotFreqMin;
+constexpr float kGainMax = dsp::kPlotGainMax;
 
 struct Label {
   float value;
@@ -108,7 +108,7 @@ void DrawGrid(Graphics& graphics, const PlotMapping& mapping) {
   const Pen majorGridPen{kMajorGrid, 2.0F * mapping.dpiScale};
   for (const Label& gain : kGainLabels) {
     const float y = mapping.Y(gain.value);
-    graphics.DrawLine(majorGridPen, {mapping.X(kFreqMin), y}, {mapping.X(kFreqMax), y});
+    graphics.DrawLine(majorGridPen, {mapping.X(kPlotFreqMin), y}, {mapping.X(kPlotFreqMax), y});
   }
   DrawFrequencyLines(graphics, mapping, minorGridPen, kMinorFrequencies);
   DrawFrequencyLines(graphics, mapping, majorGridPen, kMajorFrequencies);
@@ -124,7 +124,7 @@ void DrawLabels(Graphics& graphics, const PlotMapping& mapping, const platform::
   graphics.SetTextRenderingHint(platform::TextRenderingHint::AntiAliasGridFit);
   for (const Label& gain : kGainLabels) {
     const platform::SizeF size = graphics.MeasureString(gain.text, font, kFormat);
-    const PointF origin{mapping.X(kFreqMin) - size.width - 2.0F * s,
+    const PointF origin{mapping.X(kPlotFreqMin) - size.width - 2.0F * s,
                         mapping.Y(gain.value) - HalfInPixels(size.height)};
     graphics.DrawString(gain.text, font, origin, kFormat, kLabels);
   }

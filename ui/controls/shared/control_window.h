@@ -10,8 +10,8 @@ namespace ui {
 
 // Notification codes of kCommand that a control posts when the user has changed its value; lParam
 // is the control's window.
-inline constexpr std::uint16_t kPsnValueChanged = 10;   // slider
-inline constexpr std::uint16_t kPotnValueChanged = 11;  // knob
+inline constexpr std::uint16_t PSN_VALUECHANGED = 10;   // slider
+inline constexpr std::uint16_t POTN_VALUECHANGED = 11;  // knob
 
 void NotifyParent(const platform::Window& control, std::uint16_t notification);
 

@@ -102,7 +102,7 @@ LResult CPngSlider::OnLeftButtonDown(WParam wParam, LParam lParam) {
   if (jump) {
     thumbPos_ = *jump;
     Invalidate(Erase::Yes);
-    NotifyParent(*this, kPsnValueChanged);
+    NotifyParent(*this, PSN_VALUECHANGED);
   }
   CaptureMouse();
   return Window::WindowProc(platform::message::kLeftButtonDown, wParam, lParam);
@@ -121,7 +121,7 @@ LResult CPngSlider::OnMouseMove(WParam /*wParam*/, LParam lParam) {
   if (!moved) return 0;
   const std::int32_t oldValue = GetValue();
   thumbPos_ = *moved;
-  if (GetValue() != oldValue) NotifyParent(*this, kPsnValueChanged);
+  if (GetValue() != oldValue) NotifyParent(*this, PSN_VALUECHANGED);
   Invalidate(Erase::Yes);
   return 0;
 }
@@ -149,7 +149,7 @@ void CPngSlider::PutAccessibleValue(std::int32_t /*part*/, double value) {
   if (scale_.Value(position) == GetValue()) return;
   thumbPos_ = position;
   Invalidate(Erase::Yes);
-  NotifyParent(*this, kPsnValueChanged);
+  NotifyParent(*this, PSN_VALUECHANGED);
 }
 
 bool CPngSlider::NeedsRender() const {

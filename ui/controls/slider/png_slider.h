@@ -1,7 +1,7 @@
 // The horizontal slider of the advanced dialog: caption, groove with a coloured fill, thumb, and a
 // box with a text that the parent writes. It holds a whole number on an even or logarithmic scale.
 //
-// User-interface thread only. Whenever the user has changed it, it posts kPsnValueChanged to its
+// User-interface thread only. Whenever the user has changed it, it posts PSN_VALUECHANGED to its
 // parent.
 #pragma once
 
