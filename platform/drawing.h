@@ -169,8 +169,6 @@ class Graphics {
                   Argb color);
   SizeF MeasureString(std::u16string_view text, const Font& font, StringFormat format);
 
-  void Flush();
-
  private:
   std::unique_ptr<Impl> impl_;
 };

@@ -37,7 +37,7 @@ void SetParameter(RegistryKey& key, std::size_t number, const float& value) {
                                  std::as_bytes(std::span(&value, 1))));
 }
 
-// Not `!(value == committed)` by accident: a NaN on either side must be written.
+// A NaN on either side differs, from itself too: it is written again at every commit.
 bool Differs(float value, float committed) {
   return value != committed;
 }

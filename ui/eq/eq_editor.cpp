@@ -25,7 +25,6 @@ EqEditor::EqEditor(const engine_link::EngineLink& engine, EqView& view)
 }
 
 endpoints::WatchStart EqEditor::LoadFirstSet() {
-  loading_ = true;
   endpoints::DefaultEndpointInfo endpoint;
   static_cast<void>(endpoints::GetDefaultEndpointInfo(engine_.audioDevices, endpoint));
   outputPath_ = endpoints::DetectOutputPath(engine_.registry, endpoint.endpointGuid);

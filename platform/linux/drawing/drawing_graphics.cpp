@@ -90,7 +90,4 @@ void Graphics::FillTiled(const Bitmap& tile, const Rect& area) {
                           QBrush(tile.Native().image));
 }
 
-// The painter draws at once.
-void Graphics::Flush() {}
-
 }  // namespace platform

@@ -7,7 +7,7 @@
 
 namespace ui {
 
-// Lengths in pixels: whole numbers of 96-dpi units, each scaled and truncated by itself.
+// Lengths in pixels: each is scaled from 96-DPI units and truncated by itself.
 class SliderGeometry {
  public:
   // `scale` is the resolution in dots per inch divided by 96.
@@ -27,7 +27,7 @@ class SliderGeometry {
 
   // Right and bottom are the box's last pixels.
   platform::Rect ValueBox() const;
-  // Top left corner of text of this size, centred in the value box.
+  // Top left corner of text of this size, centred in the value box as if that were a unit higher.
   platform::PointF ValueTextOrigin(platform::SizeF text) const;
   // Top left corner of the thumb's image.
   platform::Point ThumbOrigin(std::int32_t thumbPos, platform::Size image) const;
@@ -38,7 +38,7 @@ class SliderGeometry {
 };
 
 // Whether a press at `x` takes hold of the thumb. Unlike the drawn thumb the one for the test lies
-// at `thumbPos` itself, left of what is seen by the margin.
+// at `thumbPos` itself, left of what is seen by the margin and the image's offset.
 bool IsThumbPress(std::int32_t x, std::int32_t thumbPos, std::int32_t thumbWidth);
 
 }  // namespace ui

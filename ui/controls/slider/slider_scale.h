@@ -21,10 +21,10 @@ class SliderScale {
   // Where the value 0 lies on an even scale; negative below the range.
   std::int32_t ZeroPos() const { return zeroPos_; }
 
-  // The nearest position within the travel.
+  // The position of a value, truncated and kept within the travel.
   std::int32_t Position(std::int32_t value) const;
   std::int32_t Value(std::int32_t position) const;
-  // The position whose value comes nearest; `value` must lie in the range.
+  // That position or the next one, whichever has the nearer value; `value` must lie in the range.
   std::int32_t NearestPosition(std::int32_t value) const;
 
  private:
