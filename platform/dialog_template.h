@@ -15,7 +15,8 @@ enum class DialogFrame {
 
 enum class ControlKind { Custom, PushButton, DefaultPushButton, CheckBox, Text, Icon };
 
-// Position and size in dialog units.
+// Position and size in dialog units. What a person can work is reached by the tab key, in the order
+// of the table, when it is one of the system's kinds; a custom control takes no focus.
 struct DialogControl {
   std::uint16_t id;
   ControlKind kind;
@@ -24,6 +25,8 @@ struct DialogControl {
   std::int16_t y;
   std::int16_t width;
   std::int16_t height;
+  std::u16string_view windowClass = {};  // of a custom control
+  std::uint16_t icon = 0;                // resource of an icon
 };
 
 struct DialogTemplate {

@@ -12,7 +12,8 @@ namespace platform {
 
 struct EventSet {
   std::size_t event;   // index in the order in which the events were made
-  std::uint64_t time;  // monotonic clock, nanoseconds
+  std::uint64_t time;  // monotonic clock, nanoseconds: when it was set, or where sets carry no
+                       // time, when it was noticed
 };
 
 class EventListener {
@@ -24,7 +25,8 @@ class EventListener {
   virtual bool Create(std::u16string_view name) = 0;
 
   // Waits until at least one event was set, the timeout passed or `Interrupt` was called, then
-  // returns every set received, oldest first.
+  // returns what was set, by time. There is a wake for each event that was set; where sets carry a
+  // time, one entry for each set, else sets before a wait are one, in no order among one wait's.
   virtual std::vector<EventSet> Wait(std::chrono::milliseconds timeout) = 0;
 
   // May be called from a signal handler.

@@ -11,7 +11,7 @@ namespace platform {
 enum class ResourceType { Png, Bitmap, Icon };
 
 // The bytes live as long as the program; empty when there is no such resource. Any thread. All
-// three types are stored as PNG on systems without a resource format of their own.
+// three types hold a PNG in every build; the shell's own copy of the icon is the backend's.
 std::span<const std::byte> FindResourceData(ResourceType type, std::uint16_t id);
 
 // A text of the string table; empty when there is none.

@@ -7,7 +7,9 @@
 
 namespace platform {
 
-using WindowHandle = std::uintptr_t;  // names a window across threads; 0 is none, never used twice
+// Names a window across threads; 0 is none. A handle names no other window while messages to it may
+// be on their way.
+using WindowHandle = std::uintptr_t;
 using WParam = std::uintptr_t;
 using LParam = std::intptr_t;
 using LResult = std::intptr_t;
@@ -16,7 +18,7 @@ namespace message {
 inline constexpr std::uint32_t kDestroy = 0x0002;
 inline constexpr std::uint32_t kPaint = 0x000F;
 inline constexpr std::uint32_t kClose = 0x0010;
-inline constexpr std::uint32_t kEraseBackground = 0x0014;  // wParam: Bitmap* to draw into, or 0
+inline constexpr std::uint32_t kEraseBackground = 0x0014;  // wParam: Graphics* or 0
 inline constexpr std::uint32_t kQueryDragIcon = 0x0037;
 inline constexpr std::uint32_t kNonClientHitTest = 0x0084;  // lParam: screen point; HitTest result
 inline constexpr std::uint32_t kSetCheck = 0x00F1;
@@ -37,6 +39,10 @@ inline constexpr std::int32_t kIdOk = 1;
 inline constexpr std::int32_t kIdCancel = 2;
 inline constexpr std::int32_t kIdYes = 6;
 inline constexpr std::int32_t kIdNo = 7;
+
+// Entries that the system menu has by itself, as kSystemCommand tells them.
+inline constexpr std::uint16_t kSystemMinimize = 0xF020;
+inline constexpr std::uint16_t kSystemClose = 0xF060;
 
 inline constexpr std::uint16_t kNotifyClicked = 0;  // a button or check box was clicked
 

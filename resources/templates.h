@@ -21,16 +21,16 @@ inline constexpr DialogTemplate kMainTemplate{kMainDialog, DialogFrame::Layered,
                                               u"",         u"MS Shell Dlg",      8,   {}};
 
 inline constexpr auto kAdvancedControls = std::to_array<DialogControl>({
-    {kKnobBass, ControlKind::Custom, u"", 58, 24, 85, 95},
-    {kKnobTreble, ControlKind::Custom, u"", 157, 24, 85, 95},
-    {kKnobWidener, ControlKind::Custom, u"", 256, 24, 85, 95},
-    {kKnobLoudness, ControlKind::Custom, u"", 355, 24, 85, 95},
+    {kKnobBass, ControlKind::Custom, u"", 58, 24, 85, 95, u"POTENTIOMETER"},
+    {kKnobTreble, ControlKind::Custom, u"", 157, 24, 85, 95, u"POTENTIOMETER"},
+    {kKnobWidener, ControlKind::Custom, u"", 256, 24, 85, 95, u"POTENTIOMETER"},
+    {kKnobLoudness, ControlKind::Custom, u"", 355, 24, 85, 95, u"POTENTIOMETER"},
     {kExpandButton, ControlKind::PushButton, u"V", 441, 107, 55, 21},
     {kEqualizerEnable, ControlKind::CheckBox, u"Equalizer Enable", 389, 136, 107, 14},
-    {kPlot, ControlKind::Custom, u"", 7, 153, 489, 121},
-    {kGainSlider, ControlKind::Custom, u"", 112, 280, 259, 36},
-    {kFrequencySlider, ControlKind::Custom, u"", 112, 318, 259, 36},
-    {kBandwidthSlider, ControlKind::Custom, u"", 112, 356, 259, 36},
+    {kPlot, ControlKind::Custom, u"", 7, 153, 489, 121, u"FREQPLOT"},
+    {kGainSlider, ControlKind::Custom, u"", 112, 280, 259, 36, u"PNGSLIDER"},
+    {kFrequencySlider, ControlKind::Custom, u"", 112, 318, 259, 36, u"PNGSLIDER"},
+    {kBandwidthSlider, ControlKind::Custom, u"", 112, 356, 259, 36, u"PNGSLIDER"},
     {kTypePeaking, ControlKind::CheckBox, u"", 389, 282, 107, 12},
     {kTypeHighShelving, ControlKind::CheckBox, u"", 389, 304, 107, 12},
     {kTypeLowShelving, ControlKind::CheckBox, u"", 389, 326, 107, 12},
@@ -46,7 +46,7 @@ inline constexpr DialogTemplate kAdvancedTemplate{
     kAdvancedControls};
 
 inline constexpr auto kAboutControls = std::to_array<DialogControl>({
-    {0, ControlKind::Icon, u"", 14, 14, 21, 20},
+    {0, ControlKind::Icon, u"", 14, 14, 21, 20, {}, kApplicationIcon},
     {0, ControlKind::Text, u"Tonalyx, Version 1.0", 46, 20, 137, 10},
     {1, ControlKind::DefaultPushButton, u"OK", 140, 54, 50, 14},
 });

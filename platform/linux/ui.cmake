@@ -19,7 +19,6 @@ tonalyx_library(tonalyx_platform_linux_ui
     windows/browser.cpp
     windows/control_window.cpp
     windows/dialog.cpp
-    windows/dialog_units.cpp
     windows/dialog_window.cpp
     windows/file_dialog.cpp
     windows/file_filter.cpp
@@ -39,5 +38,6 @@ tonalyx_library(tonalyx_platform_linux_ui
     windows/window_icon.cpp
     windows/window_table.cpp
     windows/x11.cpp
+    ${CMAKE_SOURCE_DIR}/platform/window_defaults.cpp
   LIBS tonalyx_platform
   PRIVATE_LIBS tonalyx_platform_linux_base tonalyx_resources tonalyx_wayland Qt6::Widgets PkgConfig::XCB)

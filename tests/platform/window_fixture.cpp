@@ -74,11 +74,9 @@ LResult NotingDialog::WindowProc(std::uint32_t message, WParam wParam, LParam lP
       return 1;
     case message::kEraseBackground: {
       log.Add("dialog: erase");
+      erasedSize = {ClientRect().right, ClientRect().bottom};
       // NOLINTNEXTLINE(performance-no-int-to-ptr)
-      auto* background = reinterpret_cast<Bitmap*>(wParam);
-      if (background == nullptr) return 1;
-      erasedSize = {background->Width(), background->Height()};
-      Graphics(*background).Clear(0xFF303030);
+      if (auto* graphics = reinterpret_cast<Graphics*>(wParam)) graphics->Clear(0xFF303030);
       return 1;
     }
     case message::kPaint:

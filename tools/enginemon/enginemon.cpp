@@ -1,24 +1,19 @@
 // enginemon: plays the audio engine's part and prints which of its events are set.
 
-#include <pthread.h>
-#include <signal.h>
-
-#include <atomic>
 #include <charconv>
 #include <chrono>
 #include <iostream>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "endpoints/enumeration.h"
+#include "platform/end_signals.h"
 #include "platform/guid.h"
 #include "platform/host.h"
-#include "platform/linux/events/fifo_event_listener.h"
-#include "platform/linux/files/state_folder.h"
+#include "platform/host_tools.h"
 #include "platform/text.h"
 #include "tools/enginemon/engine_monitor.h"
 #include "tools/enginemon/monitor_report.h"
@@ -116,37 +111,6 @@ std::optional<Options> ParseOptions(const std::vector<std::string>& arguments) {
   return options;
 }
 
-// Turns SIGINT and SIGTERM into an interruption of the listener. To be made before any other
-// thread, so that no thread takes the signals the usual way.
-class EndSignals {
- public:
-  explicit EndSignals(platform::EventListener& listener) {
-    sigemptyset(&signals_);
-    sigaddset(&signals_, SIGINT);
-    sigaddset(&signals_, SIGTERM);
-    pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
-    thread_ = std::thread([this, &listener] {
-      int received = 0;
-      sigwait(&signals_, &received);
-      wasReceived_ = true;
-      listener.Interrupt();
-    });
-  }
-  ~EndSignals() {
-    pthread_kill(thread_.native_handle(), SIGINT);
-    thread_.join();
-  }
-  EndSignals(const EndSignals&) = delete;
-  EndSignals& operator=(const EndSignals&) = delete;
-
-  bool WasReceived() const { return wasReceived_; }
-
- private:
-  sigset_t signals_{};
-  std::atomic<bool> wasReceived_ = false;
-  std::thread thread_;
-};
-
 std::vector<std::u16string> PresentEndpoints(platform::AudioDevices& audioDevices) {
   std::vector<std::u16string> guids;
   for (endpoints::EndpointRecord& record : endpoints::EnumerateRenderEndpoints(audioDevices)) {
@@ -179,14 +143,14 @@ class StoreView {
 };
 
 int Run(const Options& options) {
-  platform::FifoEventListener listener(platform::StateFolder() / "events");
-  const EndSignals endSignals(listener);
+  const auto listener = platform::MakeHostEventListener();
+  const platform::EndSignals endSignals([&listener] { listener->Interrupt(); });
   platform::Host host;
   platform::Platform& platform = host.Get();
 
   const auto report = tools::MakeReport(options.form, std::cout);
   std::optional<StoreView> view;
-  tools::EngineMonitor monitor(listener, *report, [&view](tools::MonitorReport& changes) {
+  tools::EngineMonitor monitor(*listener, *report, [&view](tools::MonitorReport& changes) {
     if (view) view->ReportChanges(changes);
   });
   const std::u16string refused = monitor.MakeEvents(tools::EngineEventNames(
@@ -217,14 +181,14 @@ int Run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  const std::vector<std::string> arguments = platform::CommandLineArguments(argc, argv);
   if (arguments == std::vector<std::string>{"--help"}) {
     std::cout << kUsage;
     return kDone;
   }
   const std::optional<Options> options = ParseOptions(arguments);
   if (!options) return kWrongCall;
-  // A reader of the output that leaves shows in the stream's state; the FIFOs still have to go.
-  signal(SIGPIPE, SIG_IGN);
+  // A reader of the output that leaves shows in the stream's state; the events still have to go.
+  platform::KeepBrokenOutputAFailure();
   return Run(*options);
 }

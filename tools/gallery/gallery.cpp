@@ -204,7 +204,7 @@ class Gallery : public platform::Dialog {
         return 1;
       case platform::message::kEraseBackground:
         // NOLINTNEXTLINE(performance-no-int-to-ptr): messages carry pointers as numbers
-        PaintBackground(reinterpret_cast<platform::Bitmap*>(wParam));
+        PaintBackground(reinterpret_cast<platform::Graphics*>(wParam));
         return 1;
       case platform::message::kCommand:
         ToggleCheckbox(lParam);
@@ -261,12 +261,15 @@ class Gallery : public platform::Dialog {
     for (ui::CFreqPlot& plot : plots_) plot.EvaluateResponse(values_, coefficients_);
   }
 
-  void PaintBackground(platform::Bitmap* background) {
-    if (background == nullptr || !tile_) return;
-    platform::Graphics(*background)
-        .FillTiled(*tile_, {0, 0, background->Width(), background->Height()});
-    const auto capture = [background](auto& controls) {
-      for (auto& control : controls) control.CaptureBackground(*background);
+  void PaintBackground(platform::Graphics* graphics) {
+    if (graphics == nullptr || !tile_) return;
+    const platform::Rect client = ClientRect();
+    platform::Bitmap background(client.right, client.bottom,
+                                platform::PixelFormat::PremultipliedArgb32);
+    platform::Graphics(background).FillTiled(*tile_, client);
+    graphics->DrawImage(background, 0, 0);
+    const auto capture = [&background](auto& controls) {
+      for (auto& control : controls) control.CaptureBackground(background);
     };
     capture(knobs_);
     capture(sliders_);

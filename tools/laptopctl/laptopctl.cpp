@@ -12,8 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/files/state_folder.h"
-#include "platform/linux/registry/sqlite_registry.h"
+#include "platform/host_tools.h"
 #include "platform/text.h"
 #include "platform/virtual/laptop_file.h"
 #include "tools/laptopctl/laptop_kinds.h"
@@ -89,8 +88,8 @@ std::optional<std::size_t> IndexOf(const platform::LaptopFile& laptop, const std
 }
 
 int WriteJack(std::u16string_view endpointGuid, const std::vector<platform::JackValue>& values) {
-  platform::SqliteRegistry registry(platform::StateFolder());
-  if (platform::WriteJackValues(registry, endpointGuid, values)) return kDone;
+  const auto registry = platform::OpenHostRegistry();
+  if (platform::WriteJackValues(*registry, endpointGuid, values)) return kDone;
   return Fail("the registry cannot be written");
 }
 
@@ -177,7 +176,7 @@ int Run(const Arguments& arguments) {
 
 int main(int argc, char** argv) {
   try {
-    return Run(Arguments(argv + 1, argv + argc));
+    return Run(platform::CommandLineArguments(argc, argv));
   } catch (const std::exception& error) {
     return Fail(error.what());
   }

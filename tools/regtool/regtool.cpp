@@ -2,10 +2,8 @@
 #include <cstdlib>
 #include <iostream>
 #include <string>
-#include <vector>
 
-#include "platform/linux/files/state_folder.h"
-#include "platform/linux/registry/sqlite_registry.h"
+#include "platform/host_tools.h"
 #include "tools/regtool/arguments.h"
 #include "tools/regtool/commands.h"
 
@@ -28,10 +26,10 @@ Exit status: 0 when it was done, else 1. TONALYX_ROOT names the folder of the st
 
 }  // namespace
 
-int main(int count, char** values) {
+int main(int argc, char** argv) {
   std::string problem;
-  const std::vector<std::string> words(values + (count > 0 ? 1 : 0), values + count);
-  const auto arguments = regtool::ParseArguments(words, &problem);
+  const auto arguments =
+      regtool::ParseArguments(platform::CommandLineArguments(argc, argv), &problem);
   if (!arguments) {
     std::cerr << "regtool: " << problem << "; see regtool --help\n";
     return EXIT_FAILURE;
@@ -40,7 +38,7 @@ int main(int count, char** values) {
     std::cout << kHelp;
     return EXIT_SUCCESS;
   }
-  platform::SqliteRegistry registry(platform::StateFolder());
-  const auto outcome = regtool::RunCommand(registry, *arguments, {std::cin, std::cout, std::cerr});
+  const auto registry = platform::OpenHostRegistry();
+  const auto outcome = regtool::RunCommand(*registry, *arguments, {std::cin, std::cout, std::cerr});
   return outcome == regtool::Outcome::Done ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -177,10 +177,9 @@ LResult CKelControlDlg::OnEraseBackground(WParam wParam, LParam /*lParam*/) {
     platform::Graphics(*eraseBuffer_)
         .FillTiled(*backgroundBrush_, {0, 0, client.width, client.height});
   }
-  if (auto* target = FromParameter<platform::Bitmap>(wParam)) {
-    platform::Graphics graphics(*target);
-    graphics.SetCompositingMode(platform::CompositingMode::SourceCopy);
-    graphics.DrawImage(*eraseBuffer_, 0, 0);
+  if (auto* graphics = FromParameter<platform::Graphics>(wParam)) {
+    graphics->SetCompositingMode(platform::CompositingMode::SourceCopy);
+    graphics->DrawImage(*eraseBuffer_, 0, 0);
   }
   controls_.CaptureBackground(*eraseBuffer_);
   return 1;

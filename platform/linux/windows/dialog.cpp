@@ -3,10 +3,10 @@
 #include <utility>
 #include <vector>
 
+#include "platform/dialog_units.h"
 #include "platform/linux/drawing/drawing_impl.h"
 #include "platform/linux/windows/captioned_window.h"
 #include "platform/linux/windows/control_window.h"
-#include "platform/linux/windows/dialog_units.h"
 #include "platform/linux/windows/layered_window.h"
 #include "platform/linux/windows/menus.h"
 #include "platform/linux/windows/skinned_window.h"
@@ -37,6 +37,10 @@ class OwnerDisabled {
   WindowHandle owner_ = 0;
 };
 
+QRect ToQRect(const Rect& rect) {
+  return {rect.left, rect.top, rect.Width(), rect.Height()};
+}
+
 DialogBaseUnits ScreenBaseUnits() {
   const ScreenDpi dpi = GetScreenDpi();
   return {BaseUnitsAt(dpi.x).width, BaseUnitsAt(dpi.y).height};
@@ -44,7 +48,8 @@ DialogBaseUnits ScreenBaseUnits() {
 
 std::unique_ptr<DialogWindow> MakeWindow(Dialog& dialog, const DialogTemplate& dialogTemplate,
                                          WindowHandle owner) {
-  const QSize size = FromDialogUnits(dialogTemplate, ScreenBaseUnits());
+  const Size pixels = FromDialogUnits(dialogTemplate, ScreenBaseUnits());
+  const QSize size(pixels.width, pixels.height);
   switch (dialogTemplate.frame) {
     case DialogFrame::Layered: {
       auto window = std::make_unique<LayeredWindow>(dialog, dialogTemplate.id);
@@ -95,7 +100,7 @@ std::int32_t Dialog::DoModal(WindowHandle owner) {
   const QFont font = ToolkitFont(template_.fontFamily, template_.fontPoints);
   std::vector<Window*> attached{this};
   for (const DialogControl& control : template_.controls) {
-    const QRect place = FromDialogUnits(control, base);
+    const QRect place = ToQRect(FromDialogUnits(control, base));
     const auto bound = bound_.find(control.id);
     if (bound == bound_.end() || bound->second->Native().native != nullptr) {
       MakeSystemControl(*window, control, place, font);
@@ -154,36 +159,6 @@ void Dialog::TrackPopupMenu(std::span<const MenuItem> items, Point screen) {
 
 void Dialog::BindControl(std::uint16_t id, Window& control) {
   bound_[id] = &control;
-}
-
-LResult Dialog::WindowProc(std::uint32_t message, WParam wParam, LParam lParam) {
-  switch (message) {
-    case message::kCommand:
-      if (wParam == MakeWParam(kIdOk, kNotifyClicked)) {
-        OnOk();
-        return 0;
-      }
-      if (wParam == MakeWParam(kIdCancel, kNotifyClicked)) {
-        OnCancel();
-        return 0;
-      }
-      break;
-    case message::kClose:
-      return Send(message::kCommand, MakeWParam(kIdCancel, kNotifyClicked), 0);
-    case message::kSystemCommand:
-      if (wParam == kSystemClose) return Send(message::kClose, 0, 0);
-      if (wParam == kSystemMinimize) Show(ShowCommand::Minimize);
-      return 0;
-    default:
-      break;
-  }
-  return Window::WindowProc(message, wParam, lParam);
-}
-
-AccessibleInfo Dialog::DescribeAccessible(std::int32_t part) const {
-  AccessibleInfo info = Window::DescribeAccessible(part);
-  if (part == kAccessibleSelf) info.role = AccessibleRole::Dialog;
-  return info;
 }
 
 }  // namespace platform

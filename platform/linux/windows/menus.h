@@ -9,9 +9,6 @@
 
 namespace platform {
 
-inline constexpr std::uint16_t kSystemMinimize = 0xF020;
-inline constexpr std::uint16_t kSystemClose = 0xF060;
-
 // The command of the chosen entry, 0 when none was chosen.
 std::uint16_t RunPopupMenu(QWidget& owner, std::span<const MenuItem> items, const QPoint& screen);
 

@@ -26,7 +26,8 @@ void SkinnedWindow::EraseBackground() {
   if (!background_ || background_->Width() != width() || background_->Height() != height()) {
     background_ = std::make_unique<Bitmap>(width(), height(), PixelFormat::PremultipliedArgb32);
   }
-  Deliver(message::kEraseBackground, reinterpret_cast<WParam>(background_.get()), 0);
+  Graphics graphics(*background_);
+  Deliver(message::kEraseBackground, reinterpret_cast<WParam>(&graphics), 0);
 }
 
 void SkinnedWindow::paintEvent(QPaintEvent* event) {

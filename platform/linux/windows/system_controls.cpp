@@ -7,7 +7,6 @@
 
 #include "platform/linux/windows/qt_text.h"
 #include "platform/linux/windows/window_icon.h"
-#include "resources/resource_ids.h"
 
 namespace platform {
 namespace {
@@ -21,10 +20,10 @@ QPushButton* MakePushButton(DialogWindow& dialog, const DialogControl& control) 
   return button;
 }
 
-QLabel* MakeIcon(DialogWindow& dialog, const QRect& place) {
+QLabel* MakeIcon(DialogWindow& dialog, std::uint16_t icon, const QRect& place) {
   auto* label = new QLabel(&dialog);
   const int side = std::min(place.width(), place.height());
-  label->setPixmap(LoadWindowIcon(resources::kApplicationIcon).pixmap(side, side));
+  label->setPixmap(LoadWindowIcon(icon).pixmap(side, side));
   return label;
 }
 
@@ -38,7 +37,7 @@ QWidget* MakeWidget(DialogWindow& dialog, const DialogControl& control, const QR
     case ControlKind::Text:
       return new QLabel(ToQString(control.text), &dialog);
     case ControlKind::Icon:
-      return MakeIcon(dialog, place);
+      return MakeIcon(dialog, control.icon, place);
     case ControlKind::Custom:
       break;
   }

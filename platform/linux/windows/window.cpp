@@ -1,7 +1,5 @@
 #include "platform/window.h"
 
-#include <utility>
-
 #include "platform/linux/drawing/drawing_impl.h"
 #include "platform/linux/windows/application.h"
 #include "platform/linux/windows/control_window.h"
@@ -124,30 +122,6 @@ void Window::SetIcon(std::uint16_t iconResource) {
   if (impl_->native) impl_->native->setWindowIcon(LoadWindowIcon(iconResource));
 }
 
-AccessibleInfo Window::Accessible(std::int32_t part) const {
-  AccessibleInfo info = DescribeAccessible(part);
-  if (part != kAccessibleSelf) return info;
-  if (!annotation_.name.empty()) info.name = annotation_.name;
-  if (!annotation_.description.empty()) info.description = annotation_.description;
-  if (annotation_.role) info.role = *annotation_.role;
-  if (annotation_.expansion != AccessibleExpansion::None) info.expansion = annotation_.expansion;
-  return info;
-}
-
-void Window::Annotate(AccessibleAnnotation annotation) {
-  annotation_ = std::move(annotation);
-}
-
-AccessibleInfo Window::DescribeAccessible(std::int32_t part) const {
-  AccessibleInfo info;
-  if (part == kAccessibleSelf) info.name = Text();
-  return info;
-}
-
-LResult Window::WindowProc(std::uint32_t message, WParam, LParam) {
-  return message == message::kNonClientHitTest ? static_cast<LResult>(HitTest::Client) : 0;
-}
-
 PaintContext::PaintContext(Window& window) {
   NativeWindow* native = window.Native().native;
   QPaintDevice* surface = native ? native->Surface() : nullptr;
@@ -162,12 +136,6 @@ Graphics& PaintContext::Surface() {
 
 void Button::DoDefaultAction(std::int32_t /*part*/) {
   NotifyClicked(*this);
-}
-
-AccessibleInfo Button::DescribeAccessible(std::int32_t part) const {
-  AccessibleInfo info = Window::DescribeAccessible(part);
-  info.role = AccessibleRole::PushButton;
-  return info;
 }
 
 LResult Button::WindowProc(std::uint32_t message, WParam wParam, LParam lParam) {

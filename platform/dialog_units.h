@@ -1,11 +1,10 @@
 // Dialog units in pixels.
 #pragma once
 
-#include <QRect>
 #include <cstdint>
 
 #include "platform/dialog_template.h"
-#include "platform/screen.h"
+#include "platform/geometry.h"
 
 namespace platform {
 
@@ -19,7 +18,7 @@ struct DialogBaseUnits {
 DialogBaseUnits BaseUnitsAt(std::uint32_t dpi);
 
 // Each coordinate is rounded by itself, halves away from zero.
-QRect FromDialogUnits(const DialogControl& control, DialogBaseUnits base);
-QSize FromDialogUnits(const DialogTemplate& dialog, DialogBaseUnits base);
+Rect FromDialogUnits(const DialogControl& control, DialogBaseUnits base);
+Size FromDialogUnits(const DialogTemplate& dialog, DialogBaseUnits base);
 
 }  // namespace platform

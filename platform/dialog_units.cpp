@@ -1,4 +1,4 @@
-#include "platform/linux/windows/dialog_units.h"
+#include "platform/dialog_units.h"
 
 #include <algorithm>
 #include <array>
@@ -37,12 +37,13 @@ DialogBaseUnits BaseUnitsAt(std::uint32_t dpi) {
           static_cast<int>(std::lround(std::lerp(below.base.height, above->base.height, part)))};
 }
 
-QRect FromDialogUnits(const DialogControl& control, DialogBaseUnits base) {
-  return {ToPixels(control.x, base.width, 4), ToPixels(control.y, base.height, 8),
-          ToPixels(control.width, base.width, 4), ToPixels(control.height, base.height, 8)};
+Rect FromDialogUnits(const DialogControl& control, DialogBaseUnits base) {
+  const Point corner{ToPixels(control.x, base.width, 4), ToPixels(control.y, base.height, 8)};
+  return {corner.x, corner.y, corner.x + ToPixels(control.width, base.width, 4),
+          corner.y + ToPixels(control.height, base.height, 8)};
 }
 
-QSize FromDialogUnits(const DialogTemplate& dialog, DialogBaseUnits base) {
+Size FromDialogUnits(const DialogTemplate& dialog, DialogBaseUnits base) {
   return {ToPixels(dialog.width, base.width, 4), ToPixels(dialog.height, base.height, 8)};
 }
 

@@ -1,0 +1,70 @@
+// What windows, buttons and dialogs do by themselves on every platform. Part of each backend's
+// windows, for it calls what they implement.
+#include <utility>
+
+#include "platform/dialog.h"
+#include "platform/window.h"
+
+namespace platform {
+
+AccessibleInfo Window::Accessible(std::int32_t part) const {
+  AccessibleInfo info = DescribeAccessible(part);
+  if (part != kAccessibleSelf) return info;
+  if (!annotation_.name.empty()) info.name = annotation_.name;
+  if (!annotation_.description.empty()) info.description = annotation_.description;
+  if (annotation_.role) info.role = *annotation_.role;
+  if (annotation_.expansion != AccessibleExpansion::None) info.expansion = annotation_.expansion;
+  return info;
+}
+
+void Window::Annotate(AccessibleAnnotation annotation) {
+  annotation_ = std::move(annotation);
+}
+
+AccessibleInfo Window::DescribeAccessible(std::int32_t part) const {
+  AccessibleInfo info;
+  if (part == kAccessibleSelf) info.name = Text();
+  return info;
+}
+
+LResult Window::WindowProc(std::uint32_t message, WParam, LParam) {
+  return message == message::kNonClientHitTest ? static_cast<LResult>(HitTest::Client) : 0;
+}
+
+AccessibleInfo Button::DescribeAccessible(std::int32_t part) const {
+  AccessibleInfo info = Window::DescribeAccessible(part);
+  info.role = AccessibleRole::PushButton;
+  return info;
+}
+
+LResult Dialog::WindowProc(std::uint32_t message, WParam wParam, LParam lParam) {
+  switch (message) {
+    case message::kCommand:
+      if (wParam == MakeWParam(kIdOk, kNotifyClicked)) {
+        OnOk();
+        return 0;
+      }
+      if (wParam == MakeWParam(kIdCancel, kNotifyClicked)) {
+        OnCancel();
+        return 0;
+      }
+      break;
+    case message::kClose:
+      return Send(message::kCommand, MakeWParam(kIdCancel, kNotifyClicked), 0);
+    case message::kSystemCommand:
+      if (wParam == kSystemClose) return Send(message::kClose, 0, 0);
+      if (wParam == kSystemMinimize) Show(ShowCommand::Minimize);
+      return 0;
+    default:
+      break;
+  }
+  return Window::WindowProc(message, wParam, lParam);
+}
+
+AccessibleInfo Dialog::DescribeAccessible(std::int32_t part) const {
+  AccessibleInfo info = Window::DescribeAccessible(part);
+  if (part == kAccessibleSelf) info.role = AccessibleRole::Dialog;
+  return info;
+}
+
+}  // namespace platform
