@@ -1,6 +1,7 @@
 #include "app/kel_control_app.h"
 
 #include <array>
+#include <cstdio>
 #include <string_view>
 
 #include "app/codec_probe.h"
@@ -61,7 +62,9 @@ bool CKelControlApp::RunInstall(const ModelInfo& model) {
   }
   store::TuningImport tuningImport(platform_.registry, platform_.files,
                                    {model.threeGuiLayers, model.davrinModel});
-  tuningImport.RunInstallImport(model.ssid);
+  if (!tuningImport.RunInstallImport(model.ssid)) {
+    std::fputs("tonalyx: the tuning could not be stored, its files stay\n", stderr);
+  }
   return false;
 }
 

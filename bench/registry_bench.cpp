@@ -81,6 +81,7 @@ bool ReadFloat(RegistryKey& key, const std::u16string& name, float* value) {
 void FillSet(TemporaryStore& store, RegistryKey& key, const std::vector<std::u16string>& names) {
   const auto scope = store.Registry().BeginWrite();
   for (const std::u16string& name : names) WriteFloat(key, name, 1.0F);
+  static_cast<void>(scope->Commit());
 }
 
 void LoadOneSet(benchmark::State& state) {
@@ -111,6 +112,7 @@ void CommitFiveValues(benchmark::State& state) {
     for (std::size_t i = 117; i < 122; ++i) {
       if (!WriteFloat(*key, names[i], value)) state.SkipWithError("a write failed");
     }
+    if (scope->Commit() != platform::RegistryStatus::Success) state.SkipWithError("a write failed");
   }
 }
 BENCHMARK(CommitFiveValues)->Unit(benchmark::kMicrosecond);
@@ -130,6 +132,7 @@ void ImportAndReadBack(benchmark::State& state) {
           state.SkipWithError("a value was lost");
         }
       }
+      static_cast<void>(scope->Commit());
     }
     state.PauseTiming();
     store.reset();

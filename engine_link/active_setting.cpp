@@ -19,7 +19,7 @@ bool WriteToRoute(platform::Registry& registry, std::u16string_view pathKey,
   const std::unique_ptr<platform::RegistryKey> key = registry.CreateKey(
       platform::RegistryRoot::LocalMachine, store::SettingsKeyPath(pathKey), store::kWriteAccess);
   if (!key) return false;
-  store::SetActiveSetting(*key, setting);
+  static_cast<void>(store::SetActiveSetting(*key, setting));
   return true;
 }
 
@@ -42,11 +42,13 @@ bool WriteActiveSetting(const EngineLink& engine, std::uint32_t modeIndex, Outpu
 
   const store::SettingNumber number = modeIndex + 1;
   const std::u16string setting = store::DecimalText(number);
-  const std::unique_ptr<platform::RegistryScope> scope = engine.registry.BeginWrite();
+  const std::unique_ptr<platform::RegistryWriteScope> scope = engine.registry.BeginWrite();
   const std::u16string twin = TwinPathKey(endpoint.jackSubType, detected);
   if (!twin.empty()) static_cast<void>(WriteToRoute(engine.registry, twin, setting));
-  return WriteToRoute(engine.registry, store::ResolvePathKey(endpoint.jackSubType, detected),
-                      setting);
+  const bool isWritten =
+      WriteToRoute(engine.registry, store::ResolvePathKey(endpoint.jackSubType, detected), setting);
+  // The twin's setting is kept without the route's, too.
+  return scope->Commit() == platform::RegistryStatus::Success && isWritten;
 }
 
 }  // namespace engine_link

@@ -41,15 +41,16 @@ std::optional<std::uint32_t> ReadJackValue(Registry& registry, std::u16string_vi
 
 bool WriteJackValues(Registry& registry, std::u16string_view endpointGuid,
                      std::span<const JackValue> values) {
-  const std::unique_ptr<RegistryScope> scope = registry.BeginWrite();
+  const std::unique_ptr<RegistryWriteScope> scope = registry.BeginWrite();
   const std::unique_ptr<RegistryKey> key =
       registry.CreateKey(RegistryRoot::LocalMachine, JackKeyPath(endpointGuid), kRegistrySetValue);
-  return key != nullptr && std::ranges::all_of(values, [&](const JackValue& value) {
-           std::array<std::byte, 4> bytes{};
-           ToLittleEndian(value.value, std::span(bytes));
-           return key->SetValue(JackValueName(value.property), RegistryType::Dword, bytes) ==
-                  RegistryStatus::Success;
-         });
+  const bool isWritten = key != nullptr && std::ranges::all_of(values, [&](const JackValue& value) {
+                           std::array<std::byte, 4> bytes{};
+                           ToLittleEndian(value.value, std::span(bytes));
+                           return key->SetValue(JackValueName(value.property), RegistryType::Dword,
+                                                bytes) == RegistryStatus::Success;
+                         });
+  return isWritten && scope->Commit() == RegistryStatus::Success;
 }
 
 }  // namespace platform

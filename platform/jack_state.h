@@ -33,8 +33,8 @@ std::u16string JackValueName(JackProperty property);
 std::optional<std::uint32_t> ReadJackValue(Registry& registry, std::u16string_view endpointGuid,
                                            JackProperty property);
 
-// Writes the values together, changed or not; makes the key when it is missing. False when a value
-// could not be written.
+// Writes the values together, changed or not; makes the key when it is missing. False when that
+// failed, and then none of them is written where the registry has transactions.
 bool WriteJackValues(Registry& registry, std::u16string_view endpointGuid,
                      std::span<const JackValue> values);
 

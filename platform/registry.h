@@ -83,13 +83,26 @@ class RegistryKey {
   virtual RegistryStatus SetAccessList(std::u16string_view sddl) = 0;
 };
 
-// Holds the registry still while it lives: reads inside a read scope see one state and cost less;
-// writes inside a write scope reach other processes together, when it ends, and then as a whole or
-// not at all, also when the writer is killed. Scopes may nest; the outermost counts. Belongs to the
-// thread that made it. On a backend without transactions it does nothing.
+// Scopes belong to the thread that made them and may nest; the outermost counts. On a backend
+// without transactions they do nothing.
+
+// Holds the registry still while it lives: reads see one state and cost less.
 class RegistryScope {
  public:
   virtual ~RegistryScope() = default;
+};
+
+// Keeps writes together: they reach other processes with its commit, and then as a whole or not at
+// all, also when the writer is killed. A scope that ends without its commit undoes its writes, and
+// those of the scopes around it.
+class RegistryWriteScope {
+ public:
+  virtual ~RegistryWriteScope() = default;
+
+  // Once; ends the scope. Success: every write that succeeded by itself is there to stay (in an
+  // inner scope: as far as it is known). Otherwise none of them is. Without transactions each write
+  // has counted when it was made, and this has nothing to add to its result.
+  [[nodiscard]] virtual RegistryStatus Commit() = 0;
 };
 
 // All operations may be called from any thread; each opened key stays with one thread at a time.
@@ -120,7 +133,7 @@ class Registry {
   virtual void SetDamagedAside() {}
 
   virtual std::unique_ptr<RegistryScope> BeginRead() = 0;
-  virtual std::unique_ptr<RegistryScope> BeginWrite() = 0;
+  virtual std::unique_ptr<RegistryWriteScope> BeginWrite() = 0;
 };
 
 // True when `sddl` is an access list in the security descriptor language that the platform can

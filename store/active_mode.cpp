@@ -19,10 +19,10 @@ std::optional<std::u16string> QueryActiveSetting(platform::RegistryKey& settings
   return std::u16string(buffer.data());
 }
 
-void SetActiveSetting(platform::RegistryKey& settingsKey, const std::u16string& activeSetting) {
+bool SetActiveSetting(platform::RegistryKey& settingsKey, const std::u16string& activeSetting) {
   const std::span withNul(activeSetting.c_str(), activeSetting.size() + 1);
-  static_cast<void>(settingsKey.SetValue(kActiveSettingValue, platform::RegistryType::String,
-                                         std::as_bytes(withNul)));
+  return settingsKey.SetValue(kActiveSettingValue, platform::RegistryType::String,
+                              std::as_bytes(withNul)) == platform::RegistryStatus::Success;
 }
 
 SoundMode ModeIndexFromSetting(std::u16string_view activeSetting) {

@@ -20,8 +20,8 @@ inline constexpr SoundMode kModeCount = 6;
 // nothing when it is missing or too long.
 std::optional<std::u16string> QueryActiveSetting(platform::RegistryKey& settingsKey);
 
-// Sets "ActiveSetting" in an open "Settings" key; a failure is not reported.
-void SetActiveSetting(platform::RegistryKey& settingsKey, const std::u16string& activeSetting);
+// Sets "ActiveSetting" in an open "Settings" key. False when it was not written.
+bool SetActiveSetting(platform::RegistryKey& settingsKey, const std::u16string& activeSetting);
 
 // 0-based index; only the first character of the setting's number counts. "0" gives -1, and a text
 // that is no number gives an index that no mode has.

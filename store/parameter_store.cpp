@@ -16,6 +16,7 @@ using platform::RegistryRoot;
 using platform::RegistryScope;
 using platform::RegistryStatus;
 using platform::RegistryType;
+using platform::RegistryWriteScope;
 
 // Full access for users, authenticated users and administrators, inherited by what lies below.
 constexpr std::u16string_view kVendorAccessList =
@@ -47,12 +48,13 @@ bool Differs(float value, float committed) {
 void EnsureVendorKey(Registry& registry) {
   if (!platform::IsAccessList(kVendorAccessList)) return;
   auto disposition = RegistryDisposition::CreatedNew;
-  const std::unique_ptr<RegistryScope> scope = registry.BeginWrite();
+  const std::unique_ptr<RegistryWriteScope> scope = registry.BeginWrite();
   const std::unique_ptr<RegistryKey> key = registry.CreateKey(
       RegistryRoot::LocalMachine, kVendorKey, kWriteAccess, &disposition, kVendorAccessList);
   if (key && disposition == RegistryDisposition::OpenedExisting) {
     static_cast<void>(key->SetAccessList(kVendorAccessList));
   }
+  static_cast<void>(scope->Commit());
 }
 
 bool LoadActiveSet(Registry& registry, std::u16string_view pathKey, ParameterStore& store) {
@@ -73,33 +75,39 @@ bool LoadActiveSet(Registry& registry, std::u16string_view pathKey, ParameterSto
 }
 
 bool CommitChanges(Registry& registry, ParameterStore& store) {
-  const std::unique_ptr<RegistryScope> scope = registry.BeginWrite();
+  const std::unique_ptr<RegistryWriteScope> scope = registry.BeginWrite();
   const std::unique_ptr<RegistryKey> key = registry.CreateKey(
       RegistryRoot::LocalMachine,
       SettingKeyPath(Tree::Parameters, store.pathKey, store.activeSetting), kWriteAccess);
   if (!key) return false;
+  ParameterSet committed = store.committed;
   for (std::size_t i = 0; i < kParameterCount; ++i) {
-    if (!Differs(store.values[i], store.committed[i])) continue;
+    if (!Differs(store.values[i], committed[i])) continue;
     SetParameter(*key, i + 1, store.values[i]);
-    store.committed[i] = store.values[i];
+    committed[i] = store.values[i];
   }
+  if (scope->Commit() != RegistryStatus::Success) return false;
+  store.committed = committed;
   return true;
 }
 
 bool CopyDefaultsToActive(Registry& registry, ParameterStore& store) {
-  const std::unique_ptr<RegistryScope> scope = registry.BeginWrite();
+  const std::unique_ptr<RegistryWriteScope> scope = registry.BeginWrite();
   const std::unique_ptr<RegistryKey> target = OpenKey(
       registry, SettingKeyPath(Tree::Parameters, store.pathKey, store.activeSetting), kWriteAccess);
   if (!target) return false;
   const std::unique_ptr<RegistryKey> defaults = OpenKey(
       registry, SettingKeyPath(Tree::Defaults, store.pathKey, store.activeSetting), kReadAccess);
   if (!defaults) return false;
+  ParameterSet values = store.values;
   for (std::size_t i = 0; i < kParameterCount; ++i) {
     float value = 0.0F;
     if (!QueryParameter(*defaults, i + 1, value)) continue;
     SetParameter(*target, i + 1, value);
-    store.values[i] = value;
+    values[i] = value;
   }
+  if (scope->Commit() != RegistryStatus::Success) return false;
+  store.values = values;
   return true;
 }
 

@@ -37,13 +37,14 @@ bool LoadActiveSet(platform::Registry& registry, std::u16string_view pathKey,
                    ParameterStore& store);
 
 // Writes the values that differ from the committed ones, all in one transaction; creates the set's
-// key. A NaN differs always, zeros of either sign are equal. False when the key cannot be had;
-// failures of single values are not reported.
+// key. A NaN differs always, zeros of either sign are equal. False when the key cannot be had or
+// the transaction is lost: then `committed` stays, so the next call writes the values. Failures of
+// single values are not reported.
 bool CommitChanges(platform::Registry& registry, ParameterStore& store);
 
 // Copies the factory's values over the set in the registry and over `values`, where there are any;
-// `committed` stays, so the next commit writes them once more. False when one of the two sets does
-// not exist.
+// `committed` stays, so the next commit writes them once more. False, and nothing changed, when one
+// of the two sets does not exist or the transaction is lost.
 bool CopyDefaultsToActive(platform::Registry& registry, ParameterStore& store);
 
 }  // namespace store

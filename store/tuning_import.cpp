@@ -30,6 +30,19 @@ constexpr std::uint32_t kGenericSsid = 0;
 
 constexpr std::size_t kReadAhead = std::size_t{64} * 1024;
 
+// One file on its way into the store.
+struct Import {
+  Registry& registry;
+  SequentialReader& reader;
+  ModelFlags model;
+  bool hasLostWrites = false;  // the store did not take something, which is not the file's fault
+
+  bool Stores(bool isStored) {
+    hasLostWrites = hasLostWrites || !isStored;
+    return isStored;
+  }
+};
+
 // The two keys of a setting that is being imported.
 struct SettingKeys {
   std::unique_ptr<RegistryKey> parameters;
@@ -49,42 +62,53 @@ SettingKeys CreateSettingKeys(Registry& registry, std::u16string_view pathKey,
   return keys;
 }
 
+bool Set(RegistryKey& key, std::u16string_view name, const std::uint32_t& bits) {
+  return key.SetValue(name, RegistryType::Binary, std::as_bytes(std::span(&bits, 1))) ==
+         RegistryStatus::Success;
+}
+
 // Writes a parameter into both trees. True when the live one reads back equal as a float, which a
 // NaN never does.
-bool WriteVerified(const SettingKeys& keys, std::u16string_view name, const std::uint32_t& bits) {
-  const std::span<const std::byte> bytes = std::as_bytes(std::span(&bits, 1));
-  static_cast<void>(keys.parameters->SetValue(name, RegistryType::Binary, bytes));
-  static_cast<void>(keys.defaults->SetValue(name, RegistryType::Binary, bytes));
-  float readBack = 0.0F;
+bool WriteVerified(Import& import, const SettingKeys& keys, std::u16string_view name,
+                   std::uint32_t bits) {
+  static_cast<void>(import.Stores(Set(*keys.parameters, name, bits)));
+  static_cast<void>(import.Stores(Set(*keys.defaults, name, bits)));
+  std::uint32_t readBack = 0;
   std::uint32_t size = sizeof(readBack);
-  return keys.parameters->QueryValue(name, nullptr, &readBack, &size) == RegistryStatus::Success &&
-         readBack == std::bit_cast<float>(bits);
+  const bool isRead =
+      keys.parameters->QueryValue(name, nullptr, &readBack, &size) == RegistryStatus::Success;
+  return import.Stores(isRead) && std::bit_cast<float>(readBack) == std::bit_cast<float>(bits);
 }
 
-bool WriteParameter(const SettingKeys& keys, std::uint32_t number, std::uint32_t bits) {
-  if (number <= kParameterCount) return WriteVerified(keys, ParameterName(number), bits);
-  return WriteVerified(keys, FormatParameterName(number), bits);
+bool WriteParameter(Import& import, const SettingKeys& keys, std::uint32_t number,
+                    std::uint32_t bits) {
+  if (number <= kParameterCount) return WriteVerified(import, keys, ParameterName(number), bits);
+  return WriteVerified(import, keys, FormatParameterName(number), bits);
 }
 
-// One transaction, which is kept on failure too: what was written before a failure stays.
-bool ImportSetting(Registry& registry, SequentialReader& reader, std::u16string_view pathKey,
-                   SettingNumber number) {
-  const std::unique_ptr<platform::RegistryScope> scope = registry.BeginWrite();
-  const SettingKeys keys = CreateSettingKeys(registry, pathKey, number);
-  if (!keys.parameters || !keys.defaults) return false;
-  const std::optional<std::uint32_t> count = reader.ReadNumber<std::uint32_t>();
+bool WriteParameters(Import& import, const SettingKeys& keys) {
+  const std::optional<std::uint32_t> count = import.reader.ReadNumber<std::uint32_t>();
   if (!count) return false;
   for (std::uint32_t i = 0; i < *count; ++i) {
-    const std::optional<std::uint32_t> bits = reader.ReadNumber<std::uint32_t>();
-    if (!bits || !WriteParameter(keys, i + 1, *bits)) return false;
+    const std::optional<std::uint32_t> bits = import.reader.ReadNumber<std::uint32_t>();
+    if (!bits || !WriteParameter(import, keys, i + 1, *bits)) return false;
   }
   return true;
 }
 
-bool ImportSettings(Registry& registry, SequentialReader& reader, std::u16string_view pathKey,
-                    std::uint32_t count) {
+// One transaction, which is kept on failure too: what was written before a failure stays. Nothing
+// is there before it is committed, whatever reads back.
+bool ImportSetting(Import& import, std::u16string_view pathKey, SettingNumber number) {
+  const std::unique_ptr<platform::RegistryWriteScope> scope = import.registry.BeginWrite();
+  const SettingKeys keys = CreateSettingKeys(import.registry, pathKey, number);
+  const bool isComplete = import.Stores(keys.parameters != nullptr && keys.defaults != nullptr) &&
+                          WriteParameters(import, keys);
+  return import.Stores(scope->Commit() == RegistryStatus::Success) && isComplete;
+}
+
+bool ImportSettings(Import& import, std::u16string_view pathKey, std::uint32_t count) {
   for (std::uint32_t i = 0; i < count; ++i) {
-    if (!ImportSetting(registry, reader, pathKey, i + 1)) return false;
+    if (!ImportSetting(import, pathKey, i + 1)) return false;
   }
   return true;
 }
@@ -97,18 +121,19 @@ std::u16string DefaultSetting(const platform::Guid& route, ModelFlags model) {
   return model.davrinModel ? u"3" : u"2";
 }
 
-bool ImportRoute(Registry& registry, SequentialReader& reader, ModelFlags model) {
-  const auto guidBytes = reader.ReadBytes<sizeof(platform::Guid)>();
+bool ImportRoute(Import& import) {
+  const auto guidBytes = import.reader.ReadBytes<sizeof(platform::Guid)>();
   if (!guidBytes) return false;
   const auto route =
       platform::GuidFromBytes(std::bit_cast<std::array<std::uint8_t, 16>>(*guidBytes));
-  const std::optional<std::uint32_t> settingCount = reader.ReadNumber<std::uint32_t>();
+  const std::optional<std::uint32_t> settingCount = import.reader.ReadNumber<std::uint32_t>();
   if (!settingCount) return false;
   const std::u16string pathKey = platform::GuidToString(route);
-  const bool complete = ImportSettings(registry, reader, pathKey, *settingCount);
-  if (const std::unique_ptr<RegistryKey> settingsKey =
-          registry.OpenKey(RegistryRoot::LocalMachine, SettingsKeyPath(pathKey), kSetValueAccess)) {
-    SetActiveSetting(*settingsKey, DefaultSetting(route, model));
+  const bool complete = ImportSettings(import, pathKey, *settingCount);
+  if (const std::unique_ptr<RegistryKey> settingsKey = import.registry.OpenKey(
+          RegistryRoot::LocalMachine, SettingsKeyPath(pathKey), kSetValueAccess)) {
+    static_cast<void>(
+        import.Stores(SetActiveSetting(*settingsKey, DefaultSetting(route, import.model))));
   }
   return complete;
 }
@@ -126,11 +151,12 @@ void AppendToLog(platform::FileSystem& files, const std::vector<std::string>& re
 TuningImport::TuningImport(Registry& registry, platform::FileSystem& files, ModelFlags model)
     : registry_(registry), files_(files), model_(model) {}
 
-void TuningImport::RunInstallImport(std::uint32_t ssid) {
+bool TuningImport::RunInstallImport(std::uint32_t ssid) {
   registry_.SetDamagedAside();
   EnsureVendorKey(registry_);
   static_cast<void>(ImportTuningFiles(ssid));
   SetHardwareOutputPath();
+  return !hasLostWrites_;
 }
 
 bool TuningImport::ImportTuningFiles(std::uint32_t ssid) {
@@ -142,12 +168,17 @@ bool TuningImport::ImportTuningFiles(std::uint32_t ssid) {
     if (name.starts_with(kGenericFile)) continue;
     const std::u16string path = folder + name;
     if (ImportTuningFile(path, ssid)) imported = true;
-    static_cast<void>(files_.Remove(path));
+    RemoveUnlessLost(path);
   }
   const std::u16string genericPath = folder + std::u16string(kGenericFile);
   if (!imported) static_cast<void>(ImportTuningFile(genericPath, kGenericSsid));
-  static_cast<void>(files_.Remove(genericPath));
+  RemoveUnlessLost(genericPath);
   return imported;
+}
+
+// They may be the only tuning there is.
+void TuningImport::RemoveUnlessLost(std::u16string_view path) {
+  if (!hasLostWrites_) static_cast<void>(files_.Remove(path));
 }
 
 std::optional<std::uint32_t> TuningImport::ImportTuningFile(std::u16string_view path,
@@ -162,10 +193,14 @@ std::optional<std::uint32_t> TuningImport::ImportTuningFile(std::u16string_view 
     properties = ReadTuningProperties(reader);
     if (!properties) return std::nullopt;
   }
-  for (std::uint32_t i = 0; i < header->routeCount; ++i) {
-    if (!ImportRoute(registry_, reader, model_)) return std::nullopt;
+  Import import{registry_, reader, model_};
+  bool isComplete = true;
+  for (std::uint32_t i = 0; isComplete && i < header->routeCount; ++i) {
+    isComplete = ImportRoute(import);
   }
   file.reset();
+  hasLostWrites_ = hasLostWrites_ || import.hasLostWrites;
+  if (!isComplete) return std::nullopt;
   AppendToLog(files_,
               FormatTuningLog(*header, properties ? &*properties : nullptr, expectedSsid, model_));
   return header->ssid;

@@ -69,6 +69,11 @@ namespace {
 
 class FakeScope : public RegistryScope {};
 
+class FakeWriteScope : public RegistryWriteScope {
+ public:
+  RegistryStatus Commit() override { return RegistryStatus::Success; }
+};
+
 class FakeKey : public RegistryKey {
  public:
   FakeKey(std::shared_ptr<FakeRegistry::Tree> tree, std::shared_ptr<Node> node,
@@ -242,8 +247,8 @@ std::unique_ptr<RegistryScope> FakeRegistry::BeginRead() {
   return std::make_unique<FakeScope>();
 }
 
-std::unique_ptr<RegistryScope> FakeRegistry::BeginWrite() {
-  return std::make_unique<FakeScope>();
+std::unique_ptr<RegistryWriteScope> FakeRegistry::BeginWrite() {
+  return std::make_unique<FakeWriteScope>();
 }
 
 std::u16string FakeRegistry::AccessListOf(RegistryRoot root, std::u16string_view path) const {

@@ -26,7 +26,7 @@ class FakeRegistry : public Registry {
                                          std::u16string_view sddl = {}) override;
   RegistryStatus RemoveTree(RegistryRoot root, std::u16string_view path) override;
   std::unique_ptr<RegistryScope> BeginRead() override;
-  std::unique_ptr<RegistryScope> BeginWrite() override;
+  std::unique_ptr<RegistryWriteScope> BeginWrite() override;
 
   // The access list that the key was given; empty when it has none or does not exist.
   std::u16string AccessListOf(RegistryRoot root, std::u16string_view path) const;

@@ -120,6 +120,7 @@ class BusyPanel {
     std::uint32_t number = 0;
     if (count) std::memcpy(&number, count->bytes.data(), sizeof(number));
     support::PutDword(registry_, kCounterKey, u"count", number + 1);
+    static_cast<void>(scope->Commit());
   }
 
   const PanelOrder order_;

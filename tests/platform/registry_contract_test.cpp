@@ -245,6 +245,7 @@ TEST_P(RegistryContract, ScopesNestAndShowTheirThreadItsOwnWrites) {
     const auto key = Create(u"k");
     EXPECT_EQ(SetBytes(*key, u"v", "1"), RegistryStatus::Success);
     EXPECT_EQ(GetBytes(*key, u"v"), "1");
+    EXPECT_EQ(outer->Commit(), RegistryStatus::Success);
   }
   const auto reading = registry().BeginRead();
   const auto key = Open(u"k", kAll);
@@ -257,6 +258,7 @@ TEST_P(RegistryContract, ScopesNestAndShowTheirThreadItsOwnWrites) {
     EXPECT_EQ(registry().RemoveTree(RegistryRoot::LocalMachine, u"k"), RegistryStatus::Success);
     EXPECT_EQ(SetBytes(*key, u"v", "4"), RegistryStatus::FileNotFound);
     EXPECT_EQ(SetBytes(*Create(u"k"), u"v", "5"), RegistryStatus::Success);
+    EXPECT_EQ(writing->Commit(), RegistryStatus::Success);
   }
   EXPECT_EQ(GetBytes(*Open(u"k", kRead), u"v"), "5");
 }
@@ -276,6 +278,7 @@ TEST_P(RegistryContract, ServesSeveralThreadsAtOnce) {
         const auto key = Open(u"shared", kAll);
         if (SetBytes(*key, name, text) != RegistryStatus::Success) ++failures;
         if (GetBytes(*key, name) != text) ++failures;
+        if (scope != nullptr && scope->Commit() != RegistryStatus::Success) ++failures;
       }
     });
   }

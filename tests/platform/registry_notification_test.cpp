@@ -41,6 +41,7 @@ TEST_P(RegistryContract, AnyChangeOfTheKeysOwnValuesWakesOnce) {
         const auto scope = registry().BeginWrite();
         SetBytes(*writer, u"v", "2");
         SetBytes(*writer, u"w", "2");
+        static_cast<void>(scope->Commit());
       }};
   for (const auto& change : changes) {
     ASSERT_EQ(reader->NotifyChange(wake), RegistryStatus::Success);

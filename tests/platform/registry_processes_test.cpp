@@ -74,6 +74,7 @@ TEST_F(RegistryProcessesTest, EveryChangeOfAnotherProcessWakes) {
     for (int number = 1; parent.Hear() == 'g'; ++number) {
       const auto scope = number % 3 == 0 ? registry.BeginWrite() : nullptr;
       SetBytes(*key, u"a", "same");
+      if (scope != nullptr) static_cast<void>(scope->Commit());
       if (scope == nullptr) parent.Say('d');
     }
   });

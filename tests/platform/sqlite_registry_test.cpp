@@ -83,12 +83,33 @@ TEST_F(SqliteRegistryTest, WriteScopesReachOthersAsAWhole) {
     {
       const auto inner = first_.BeginWrite();
       SetBytes(*mine, u"b", "1");
+      EXPECT_EQ(inner->Commit(), RegistryStatus::Success);
     }
     EXPECT_EQ(GetBytes(*theirs, u"a"), std::nullopt);
     EXPECT_EQ(GetBytes(*theirs, u"b"), std::nullopt);
+    EXPECT_EQ(outer->Commit(), RegistryStatus::Success);
   }
   EXPECT_EQ(GetBytes(*theirs, u"a"), "1");
   EXPECT_EQ(GetBytes(*theirs, u"b"), "1");
+}
+
+TEST_F(SqliteRegistryTest, WriteScopesThatEndWithoutCommitUndoTheirWrites) {
+  const auto key = Create(first_);
+  ASSERT_EQ(SetBytes(*key, u"a", "before"), RegistryStatus::Success);
+  {
+    const auto scope = first_.BeginWrite();
+    EXPECT_EQ(SetBytes(*key, u"a", "1"), RegistryStatus::Success);
+  }
+  EXPECT_EQ(GetBytes(*key, u"a"), "before");
+  {
+    const auto outer = first_.BeginWrite();
+    EXPECT_EQ(SetBytes(*key, u"a", "1"), RegistryStatus::Success);
+    { const auto inner = first_.BeginWrite(); }
+    EXPECT_NE(SetBytes(*key, u"a", "2"), RegistryStatus::Success) << "a half of the scope";
+    EXPECT_NE(outer->Commit(), RegistryStatus::Success);
+  }
+  EXPECT_EQ(GetBytes(*key, u"a"), "before");
+  EXPECT_EQ(SetBytes(*key, u"a", "after"), RegistryStatus::Success);
 }
 
 TEST_F(SqliteRegistryTest, ReadScopesShowOneState) {
@@ -139,6 +160,7 @@ TEST_F(SqliteRegistryTest, AnotherWritersLockIsWaitedForWithinBounds) {
     EXPECT_EQ(GetBytes(*key, u"a"), "before");
     foreign.Execute("COMMIT");
     EXPECT_EQ(SetBytes(*key, u"b", "1"), RegistryStatus::WriteFault) << "a half of the scope";
+    EXPECT_EQ(scope->Commit(), RegistryStatus::WriteFault);
   }
   EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(6));
   EXPECT_EQ(SetBytes(*key, u"a", "after"), RegistryStatus::Success);

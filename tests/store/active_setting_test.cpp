@@ -110,6 +110,9 @@ TEST_F(ActiveSettingTest, TwinsChangeTogetherAndAFailingTwinIsIgnored) {
   broken = SettingsKeyPath(kSpeakerJack);
   EXPECT_FALSE(WriteActiveSetting({registry, events_, audioDevices_}, 4, nullptr));
   EXPECT_EQ(RoutesWith(u"5"), std::set<std::u16string>{kSubwoofer});
+
+  registry.SetFault([](RegistryStep step, auto, auto) { return step == RegistryStep::Commit; });
+  EXPECT_FALSE(WriteActiveSetting({registry, events_, audioDevices_}, 2, nullptr));
 }
 
 }  // namespace

@@ -195,6 +195,18 @@ TEST_F(ParameterStoreTest, RestoreCopiesWhatTheFactoryHas) {
   EXPECT_FALSE(support::GetValue(registry_, set, u"Param3").has_value());
 }
 
+TEST_F(ParameterStoreTest, ALostTransactionLeavesTheCopyAsItWas) {
+  LoadSettingThree();
+  support::PutFloat(registry_, kDefaultsSettings + u"\\3", u"Param1", 0.25F);
+  FailingRegistry registry(registry_);
+  registry.SetFault([](RegistryStep step, auto, auto) { return step == RegistryStep::Commit; });
+  store_.values[0] = 5.0F;
+  EXPECT_FALSE(CommitChanges(registry, store_));
+  EXPECT_EQ(store_.committed[0], 1.0F) << "the next commit writes it";
+  EXPECT_FALSE(CopyDefaultsToActive(registry, store_));
+  EXPECT_EQ(store_.values[0], 5.0F);
+}
+
 TEST_F(ParameterStoreTest, RestoreNeedsBothSets) {
   store_.pathKey = kRoute;
   store_.activeSetting = u"3";

@@ -216,6 +216,31 @@ TEST_F(TuningImportTest, RegistryFaultsFailTheFile) {
   }
 }
 
+TEST_F(TuningImportTest, WhatTheStoreCannotTakeIsNeitherLoggedNorDeleted) {
+  const struct {
+    const char* what;
+    RegistryStep step;
+    std::u16string_view name;
+  } cases[] = {{"a lost commit", RegistryStep::Commit, u""},
+               {"a key", RegistryStep::Create, u""},
+               {"a value", RegistryStep::Set, u"Param1"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    Clear();
+    FailingRegistry registry(registry_);
+    registry.SetFault([&](auto step, auto, auto name) { return step == c.step && name == c.name; });
+    files_.PutFile(kFile, SpeakerFile(kTestSsid, 1.0F));
+    files_.PutFile(kGeneric, SpeakerFile(0, 4.0F));
+    EXPECT_FALSE(TuningImport(registry, files_, kStandard).RunInstallImport(kTestSsid));
+    EXPECT_TRUE(files_.Contents(kFile).has_value());
+    EXPECT_TRUE(files_.Contents(kGeneric).has_value());
+    EXPECT_FALSE(files_.Contents(kLog).has_value());
+  }
+  EXPECT_TRUE(TuningImport(registry_, files_, kStandard).RunInstallImport(kTestSsid));
+  EXPECT_FALSE(files_.Contents(kFile).has_value());
+  EXPECT_EQ(Speaker(u"Param1"), 1.0F);
+}
+
 TEST_F(TuningImportTest, HeldLogLosesLinesAndNothingElse) {
   files_.PutFile(kLog, "before\r\n");
   {

@@ -11,11 +11,11 @@
 
 namespace support {
 
-enum class RegistryStep { Open, Create, Set, Query, Watch };
+enum class RegistryStep { Open, Create, Set, Query, Watch, Commit };
 
 class FailingRegistry : public platform::Registry {
  public:
-  // `name` is the value's, empty for keys.
+  // `name` is the value's, empty for keys; a commit has no path either.
   using Fault =
       std::function<bool(RegistryStep step, std::u16string_view path, std::u16string_view name)>;
 
@@ -55,15 +55,15 @@ class FailingRegistry : public platform::Registry {
 
   std::unique_ptr<platform::RegistryScope> BeginRead() override { return inner_.BeginRead(); }
 
-  std::unique_ptr<platform::RegistryScope> BeginWrite() override {
+  std::unique_ptr<platform::RegistryWriteScope> BeginWrite() override {
     ++writeScopes_;
     return std::make_unique<Scope>(*this, inner_.BeginWrite());
   }
 
  private:
-  class Scope : public platform::RegistryScope {
+  class Scope : public platform::RegistryWriteScope {
    public:
-    Scope(FailingRegistry& registry, std::unique_ptr<platform::RegistryScope> inner)
+    Scope(FailingRegistry& registry, std::unique_ptr<platform::RegistryWriteScope> inner)
         : registry_(registry), inner_(std::move(inner)) {
       ++registry_.openScopes_;
     }
@@ -71,9 +71,16 @@ class FailingRegistry : public platform::Registry {
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
 
+    platform::RegistryStatus Commit() override {
+      if (registry_.Fails(RegistryStep::Commit, {}, {})) {
+        return platform::RegistryStatus::WriteFault;
+      }
+      return inner_->Commit();
+    }
+
    private:
     FailingRegistry& registry_;
-    std::unique_ptr<platform::RegistryScope> inner_;
+    std::unique_ptr<platform::RegistryWriteScope> inner_;
   };
 
   class Key : public platform::RegistryKey {

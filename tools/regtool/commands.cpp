@@ -78,7 +78,8 @@ class CommandRun {
     if (hasValue && key->SetValue(name, type, *data) != RegistryStatus::Success) {
       return Fail(NameText(name) + " cannot be written");
     }
-    return Outcome::Done;
+    if (scope->Commit() == RegistryStatus::Success) return Outcome::Done;
+    return Fail("nothing was written to " + KeyText(arguments_.path));
   }
 
   Outcome Delete() {

@@ -14,12 +14,30 @@ void RegistrySession::EnterWriteScope() {
   ++writeScopes_;
 }
 
-void RegistrySession::LeaveWriteScope() {
-  if (--writeScopes_ > 0) return;
-  if (transaction_ == Transaction::Write) CommitWrites();
+RegistryStatus RegistrySession::CommitWriteScope() {
+  if (--writeScopes_ > 0) return scopeFailure_;
+  RegistryStatus status = scopeFailure_;
+  if (transaction_ == Transaction::Write && !CommitWrites()) status = RegistryStatus::WriteFault;
+  LeaveScopes();
+  return status;
+}
+
+void RegistrySession::AbandonWriteScope() {
+  UndoWrites();
+  Fail(RegistryStatus::WriteFault);
+  if (--writeScopes_ == 0) LeaveScopes();
+}
+
+void RegistrySession::LeaveScopes() {
+  scopeFailure_ = RegistryStatus::Success;
   if (!HasScope()) EndRead();
-  scopeFailed_ = false;
   TellFailure();
+}
+
+// Nothing more is written in the scope, if there is one.
+void RegistrySession::Fail(RegistryStatus status) {
+  failure_ = status;
+  if (writeScopes_ > 0) scopeFailure_ = status;
 }
 
 void RegistrySession::TellFailure() {
@@ -40,7 +58,8 @@ RegistryDatabase* RegistrySession::BeginReading() {
   if (!Open(RegistryDatabase::Opening::Existing)) return nullptr;
   // A write scope holds the writers' lock from its first look on: what it reads is still true when
   // it writes.
-  if (writeScopes_ > 0 && !scopeFailed_) BeginWriteTransaction();
+  const bool mayWrite = writeScopes_ > 0 && scopeFailure_ == RegistryStatus::Success;
+  if (mayWrite) BeginWriteTransaction();
   if (transaction_ == Transaction::None && HasScope() && database_->BeginRead()) {
     transaction_ = Transaction::Read;
   }
@@ -48,11 +67,11 @@ RegistryDatabase* RegistrySession::BeginReading() {
 }
 
 RegistryDatabase* RegistrySession::BeginWriting() {
-  failure_ = RegistryStatus::WriteFault;
-  if (scopeFailed_) return nullptr;
+  failure_ = scopeFailure_;
+  if (failure_ != RegistryStatus::Success) return nullptr;
   EndRead();
   if (!Open(RegistryDatabase::Opening::Create)) {
-    scopeFailed_ = writeScopes_ > 0;
+    Fail(RegistryStatus::WriteFault);
     return nullptr;
   }
   if (transaction_ == Transaction::None && !BeginWriteTransaction()) return nullptr;
@@ -61,8 +80,7 @@ RegistryDatabase* RegistrySession::BeginWriting() {
 
 bool RegistrySession::BeginWriteTransaction() {
   if (!database_->BeginWrite()) {
-    failure_ = database_->WriteFailure();
-    scopeFailed_ = writeScopes_ > 0;
+    Fail(database_->WriteFailure());
     return false;
   }
   transaction_ = Transaction::Write;
@@ -77,12 +95,11 @@ RegistryStatus RegistrySession::EndWriting(RegistryStatus status) {
   if (writeScopes_ > 0 && !isLost) return status;
   if (isLost) {
     transaction_ = Transaction::None;
-    scopeFailed_ = writeScopes_ > 0;
-    return RegistryStatus::WriteFault;
+    Fail(RegistryStatus::WriteFault);
+    return failure_;
   }
   if (status != RegistryStatus::Success) {
-    database_->Rollback();
-    transaction_ = Transaction::None;
+    UndoWrites();
     return status;
   }
   return CommitWrites() ? status : RegistryStatus::WriteFault;
@@ -93,6 +110,12 @@ bool RegistrySession::CommitWrites() {
   if (!database_->Commit()) return false;
   if (hasWritten_) files_.Touch();
   return true;
+}
+
+void RegistrySession::UndoWrites() {
+  if (transaction_ != Transaction::Write) return;
+  database_->Rollback();
+  transaction_ = Transaction::None;
 }
 
 void RegistrySession::EndRead() {

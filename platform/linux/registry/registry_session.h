@@ -22,7 +22,9 @@ class RegistrySession {
   void EnterReadScope() { ++readScopes_; }
   void LeaveReadScope();
   void EnterWriteScope();
-  void LeaveWriteScope();
+  // Two ways to end a write scope. What a commit could not keep is gone, as after abandoning.
+  RegistryStatus CommitWriteScope();
+  void AbandonWriteScope();
   bool HasScope() const { return readScopes_ + writeScopes_ > 0; }
 
   // Calls `read` with the database; `missing` when there is none.
@@ -60,6 +62,9 @@ class RegistrySession {
   RegistryStatus EndWriting(RegistryStatus status);
   bool BeginWriteTransaction();
   bool CommitWrites();
+  void UndoWrites();
+  void Fail(RegistryStatus status);
+  void LeaveScopes();
   void EndRead();
   void TellFailure();
 
@@ -69,8 +74,9 @@ class RegistrySession {
   int writeScopes_ = 0;
   Transaction transaction_ = Transaction::None;
   bool hasWritten_ = false;  // in this transaction
-  // A scope whose transaction could not begin or was lost writes nothing more: all or nothing.
-  bool scopeFailed_ = false;
+  // Of a scope whose transaction could not begin or was lost, which writes nothing more: all or
+  // nothing.
+  RegistryStatus scopeFailure_ = RegistryStatus::Success;
   RegistryStatus failure_ = RegistryStatus::Success;
   std::vector<RegistryKeyId> counted_;
 };

@@ -44,32 +44,38 @@ std::optional<RegistryKeyId> MakeKey(RegistryDatabase& database, RegistryRoot ro
   return key;
 }
 
-class SqliteRegistryScope : public RegistryScope {
+class SqliteReadScope : public RegistryScope {
  public:
-  enum class Kind { Read, Write };
-
-  SqliteRegistryScope(std::shared_ptr<RegistryStore> store, Kind kind)
-      : store_(std::move(store)), kind_(kind) {
-    const RegistrySessions::Lease session(store_->sessions);
-    if (kind_ == Kind::Read) {
-      session->EnterReadScope();
-    } else {
-      session->EnterWriteScope();
-    }
+  explicit SqliteReadScope(std::shared_ptr<RegistryStore> store) : store_(std::move(store)) {
+    RegistrySessions::Lease(store_->sessions)->EnterReadScope();
   }
+  ~SqliteReadScope() override { RegistrySessions::Lease(store_->sessions)->LeaveReadScope(); }
+  SqliteReadScope(const SqliteReadScope&) = delete;
+  SqliteReadScope& operator=(const SqliteReadScope&) = delete;
 
-  ~SqliteRegistryScope() override {
-    const RegistrySessions::Lease session(store_->sessions);
-    if (kind_ == Kind::Read) {
-      session->LeaveReadScope();
-    } else {
-      session->LeaveWriteScope();
-    }
+ private:
+  std::shared_ptr<RegistryStore> store_;
+};
+
+class SqliteWriteScope : public RegistryWriteScope {
+ public:
+  explicit SqliteWriteScope(std::shared_ptr<RegistryStore> store) : store_(std::move(store)) {
+    RegistrySessions::Lease(store_->sessions)->EnterWriteScope();
+  }
+  ~SqliteWriteScope() override {
+    if (isOpen_) RegistrySessions::Lease(store_->sessions)->AbandonWriteScope();
+  }
+  SqliteWriteScope(const SqliteWriteScope&) = delete;
+  SqliteWriteScope& operator=(const SqliteWriteScope&) = delete;
+
+  RegistryStatus Commit() override {
+    if (!std::exchange(isOpen_, false)) return RegistryStatus::InvalidParameter;
+    return RegistrySessions::Lease(store_->sessions)->CommitWriteScope();
   }
 
  private:
   std::shared_ptr<RegistryStore> store_;
-  Kind kind_;
+  bool isOpen_ = true;
 };
 
 }  // namespace
@@ -149,11 +155,11 @@ void SqliteRegistry::SetDamagedAside() {
 }
 
 std::unique_ptr<RegistryScope> SqliteRegistry::BeginRead() {
-  return std::make_unique<SqliteRegistryScope>(store_, SqliteRegistryScope::Kind::Read);
+  return std::make_unique<SqliteReadScope>(store_);
 }
 
-std::unique_ptr<RegistryScope> SqliteRegistry::BeginWrite() {
-  return std::make_unique<SqliteRegistryScope>(store_, SqliteRegistryScope::Kind::Write);
+std::unique_ptr<RegistryWriteScope> SqliteRegistry::BeginWrite() {
+  return std::make_unique<SqliteWriteScope>(store_);
 }
 
 }  // namespace platform

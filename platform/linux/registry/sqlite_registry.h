@@ -30,7 +30,7 @@ class SqliteRegistry : public Registry {
   RegistryStatus RemoveTree(RegistryRoot root, std::u16string_view path) override;
   void SetDamagedAside() override;
   std::unique_ptr<RegistryScope> BeginRead() override;
-  std::unique_ptr<RegistryScope> BeginWrite() override;
+  std::unique_ptr<RegistryWriteScope> BeginWrite() override;
 
  private:
   std::shared_ptr<RegistryStore> store_;
