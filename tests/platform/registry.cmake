@@ -3,6 +3,7 @@ tonalyx_test(registry_test
     ${CMAKE_CURRENT_LIST_DIR}/registry_contract_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/registry_notification_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/registry_processes_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/registry_watch_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/sqlite_registry_test.cpp
   LIBS tonalyx_registry_sqlite tonalyx_fake_registry)
 

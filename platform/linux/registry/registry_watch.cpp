@@ -95,7 +95,12 @@ void RegistryWatch::Start() {
     thread_ = StartWithoutSignals([this] { Run(); });
   }
   // Each time, since another folder may have taken the place of the first.
-  if (folderEvents_ >= 0) inotify_add_watch(folderEvents_, files_.Folder().c_str(), kFolderMask);
+  WatchFolder();
+}
+
+void RegistryWatch::WatchFolder() {
+  isFolderWatched_ = folderEvents_ >= 0 &&
+                     inotify_add_watch(folderEvents_, files_.Folder().c_str(), kFolderMask) >= 0;
 }
 
 void RegistryWatch::Poke() const {
@@ -110,16 +115,22 @@ bool RegistryWatch::TakePoke() {
   return !stop_;
 }
 
+// `looks` were made since the log's last event.
+int RegistryWatch::WaitBetweenLooks(std::size_t looks) const {
+  if (looks < kLooksAfterLog.size()) return kLooksAfterLog[looks];
+  return isFolderWatched_ && poke_ >= 0 ? -1 : kLookWithoutEvents;
+}
+
 void RegistryWatch::Run() {
-  std::size_t looks = kLooksAfterLog.size();  // that were made since the log's last event
+  std::size_t looks = kLooksAfterLog.size();
   while (true) {
     const bool isQuiet = looks == kLooksAfterLog.size();
-    const int timeout =
-        isQuiet ? (folderEvents_ < 0 ? kLookWithoutEvents : -1) : kLooksAfterLog[looks];
     std::array<pollfd, 2> sources = {{{poke_, POLLIN, 0}, {folderEvents_, POLLIN, 0}}};
-    const int ready = poll(sources.data(), sources.size(), timeout);
+    const int ready = poll(sources.data(), sources.size(), WaitBetweenLooks(looks));
     if (ready < 0) continue;
-    if (sources[0].revents != 0 && !TakePoke()) return;
+    // Before the look, which then sees what came before the watch.
+    if (ready == 0 && !isFolderWatched_) WatchFolder();
+    if (!TakePoke()) return;
     const FolderEvent event = sources[1].revents != 0 ? TakeFolderEvents() : FolderEvent::None;
     if (event != FolderEvent::None) looks = 0;
     if (ready == 0 || sources[0].revents != 0 || event == FolderEvent::Changed) Look();

@@ -1,6 +1,8 @@
 // Change notification: who waits for which key, and the thread that finds out.
 #pragma once
 
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -24,7 +26,8 @@ struct RegistryKeyIdentity {
 
 // Any thread. The watching thread starts with the first armed handle. It sleeps until the folder
 // changes, compares the count of changes of every armed key with the last one known, and copies the
-// log back when it has grown.
+// log back when it has grown. Where the system has no folder watch to give, it looks every now and
+// then, and asks again.
 class RegistryWatch {
  public:
   explicit RegistryWatch(RegistryFiles& files);
@@ -57,6 +60,8 @@ class RegistryWatch {
   enum class FolderEvent { None, LogWritten, Changed };
 
   void Start();
+  void WatchFolder();
+  int WaitBetweenLooks(std::size_t looks) const;
   void Run();
   void Poke() const;
   // Empties the eventfd; false when the thread is to end.
@@ -73,6 +78,7 @@ class RegistryWatch {
   mutable std::mutex mutex_;
   std::map<const void*, Handle> handles_;
   bool stop_ = false;
+  std::atomic<bool> isFolderWatched_ = false;
   int folderEvents_ = -1;  // inotify
   int poke_ = -1;          // eventfd
   std::thread thread_;
