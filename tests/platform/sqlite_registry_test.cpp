@@ -255,30 +255,66 @@ TEST_F(HostileStoreTest, AFolderMayBeReachedThroughALink) {
   EXPECT_TRUE(fs::exists(Database()));
 }
 
-TEST_F(HostileStoreTest, TriggersAndViewsOfTheSchemaDoNotRun) {
-  {
-    SqliteRegistry maker(folder_);
-    SetBytes(*Create(maker), u"a", "1");
-  }
-  ForeignConnection(Database())
-      .Execute(
-          "CREATE TRIGGER trap AFTER UPDATE ON registry_value BEGIN"
-          " UPDATE registry_value SET data = x'00'; END");
-  {
+// Each would run for as long as its maker likes, or do something else than it says.
+constexpr const char* kForeignSchemas[] = {
+    "CREATE TRIGGER trap AFTER UPDATE ON registry_value BEGIN SELECT 1; END",
+    "CREATE VIEW other AS SELECT 1",
+    "CREATE TABLE other(x)",
+    "CREATE INDEX other ON registry_value(hex(zeroblob(length(data) * 1000000)))",
+    "ALTER TABLE registry_value ADD COLUMN more GENERATED ALWAYS AS (hex(zeroblob(4000000)))",
+    "ALTER TABLE registry_value ADD COLUMN more CHECK (length(hex(zeroblob(4000000))) > 0)",
+    "ALTER TABLE store RENAME TO kept; CREATE VIEW store AS"
+    " WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT max(i) AS id FROM n",
+    "DROP TABLE registry_value; CREATE TABLE registry_value(key INTEGER NOT NULL, folded TEXT,"
+    " name AS (hex(zeroblob(4000000))), type INTEGER, data BLOB, PRIMARY KEY(key, folded))",
+    "DROP TABLE registry_value",
+};
+
+TEST_F(HostileStoreTest, ASchemaThatIsNotOursIsNotUsedAndMakesWayForTheInstaller) {
+  for (const char* sql : kForeignSchemas) {
+    SCOPED_TRACE(sql);
+    fs::remove_all(folder_);
+    fs::create_directories(folder_);
+    SqliteRegistry open(folder_);
+    ASSERT_EQ(SetBytes(*Create(open), u"a", "1"), RegistryStatus::Success);
+    const auto key = Open(open);
+    ForeignConnection(Database()).Execute(sql);
+    testing::internal::CaptureStderr();
+    // Whoever has the store open, and who opens it now.
+    EXPECT_EQ(GetBytes(*key, u"a"), std::nullopt);
+    EXPECT_NE(SetBytes(*key, u"a", "2"), RegistryStatus::Success);
     SqliteRegistry registry(folder_);
-    const auto key = Open(registry);
-    ASSERT_NE(key, nullptr);
-    EXPECT_EQ(SetBytes(*key, u"a", "2"), RegistryStatus::Success);
-    EXPECT_EQ(GetBytes(*key, u"a"), "2");
+    EXPECT_EQ(Open(registry), nullptr);
+    EXPECT_EQ(Create(registry), nullptr);
+    registry.SetDamagedAside();
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("registry-damaged-1.db"),
+              std::string::npos);
+    const auto fresh = Create(registry);
+    ASSERT_NE(fresh, nullptr);
+    EXPECT_EQ(SetBytes(*fresh, u"a", "3"), RegistryStatus::Success);
+    EXPECT_EQ(GetBytes(*Open(open), u"a"), "3");
   }
+}
+
+TEST_F(HostileStoreTest, WhatIsTooMuchForAStoreIsLeft) {
+  SqliteRegistry registry(folder_);
+  const auto key = Create(registry);
+  ASSERT_EQ(SetBytes(*key, u"a", "1"), RegistryStatus::Success);
   ForeignConnection(Database())
       .Execute(
-          "ALTER TABLE registry_value RENAME TO kept; CREATE VIEW registry_value AS"
-          " SELECT key, folded, name, type, x'00' AS data FROM kept");
-  SqliteRegistry registry(folder_);
-  const auto key = Open(registry);
-  ASSERT_NE(key, nullptr);
-  EXPECT_EQ(GetBytes(*key, u"a"), std::nullopt);
+          "INSERT INTO registry_value SELECT id, 'B', 'b', 3, zeroblob(5000000) FROM registry_key"
+          " WHERE folded = 'K';"
+          "WITH RECURSIVE n(i) AS (SELECT 10 UNION ALL SELECT i + 1 FROM n LIMIT 700000)"
+          " INSERT INTO registry_key(id, parent, folded, name) SELECT i, i - 1, 'X', 'x' FROM n;"
+          "UPDATE registry_key SET parent = (SELECT id FROM registry_key WHERE folded = 'K')"
+          " WHERE id = 10");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(GetBytes(*key, u"b"), std::nullopt);
+  EXPECT_EQ(GetBytes(*key, u"a"), "1");
+  EXPECT_EQ(registry.RemoveTree(kRoot, u"k"), RegistryStatus::WriteFault);
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_NE(told.find("too big"), std::string::npos) << told;
+  EXPECT_NE(told.find("interrupted"), std::string::npos) << told;
 }
 
 TEST_F(HostileStoreTest, DeletingATreeThatIsARingEnds) {

@@ -49,8 +49,10 @@ class FolderLock {
 };
 
 bool IsDamaged(const fs::path& file) {
+  LockPatience patience;
   RegistryProblem problem;
-  const auto database = RegistryDatabase::Open(file, RegistryDatabase::Opening::Existing, &problem);
+  const auto database =
+      RegistryDatabase::Open(file, RegistryDatabase::Opening::Existing, patience, &problem);
   if (database == nullptr) return problem.kind == RegistryProblem::Kind::Damaged;
   return !database->IsWhole();
 }

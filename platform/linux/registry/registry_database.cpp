@@ -2,56 +2,24 @@
 
 #include <sys/stat.h>
 
-#include <chrono>
-#include <thread>
+#include <cerrno>
 #include <utility>
 
+#include "platform/linux/registry/registry_schema.h"
 #include "platform/registry_rules.h"
 
 namespace platform {
 namespace {
 
-constexpr std::int64_t kLayout = 1;
+// Damaged pages are noticed before they are used, the schema among them: nothing of it has been
+// read when this runs.
+constexpr const char* kFirstSettings =
+    "PRAGMA cell_size_check = ON; PRAGMA temp_store = MEMORY;"
+    // Without a watcher thread in the process the log is copied back only when it has grown to 64
+    // MiB.
+    "PRAGMA wal_autocheckpoint = 16384; PRAGMA journal_size_limit = 4194304;";
 
-// The longest wait for another process: about two seconds in steps that a short commit of the
-// other makes good.
-constexpr int kBusySteps = 2000;
-
-// Without a watcher thread in the process the log is copied back only when it has grown to 64 MiB.
-constexpr const char* kSettings =
-    "PRAGMA synchronous = NORMAL; PRAGMA wal_autocheckpoint = 16384;"
-    "PRAGMA journal_size_limit = 4194304; PRAGMA temp_store = MEMORY;"
-    "PRAGMA cell_size_check = ON;";
-
-constexpr const char* kTables = R"(
-  CREATE TABLE registry_key(
-    id INTEGER PRIMARY KEY AUTOINCREMENT,
-    parent INTEGER NOT NULL,
-    folded TEXT NOT NULL,
-    name TEXT NOT NULL,
-    changes INTEGER NOT NULL DEFAULT 0,
-    access_list TEXT,
-    UNIQUE(parent, folded));
-  CREATE TABLE registry_value(
-    key INTEGER NOT NULL,
-    folded TEXT NOT NULL,
-    name TEXT NOT NULL,
-    type INTEGER NOT NULL,
-    data BLOB NOT NULL,
-    PRIMARY KEY(key, folded)) WITHOUT ROWID;
-  CREATE TABLE store(id INTEGER NOT NULL, checkpoints INTEGER NOT NULL);
-  INSERT INTO registry_key(id, parent, folded, name) VALUES
-    (1, 0, 'HKEY_LOCAL_MACHINE', 'HKEY_LOCAL_MACHINE'),
-    (2, 0, 'HKEY_CLASSES_ROOT', 'HKEY_CLASSES_ROOT');
-  INSERT INTO store VALUES (random(), 0);
-  PRAGMA user_version = 1;
-)";
-
-int WaitWhileBusy(void* /*context*/, int step) {
-  if (step >= kBusySteps) return 0;
-  std::this_thread::sleep_for(std::chrono::microseconds(step < 20 ? 50 : 1000));
-  return 1;
-}
+constexpr const char* kLastSettings = "PRAGMA synchronous = NORMAL";
 
 // Whether the file's own kind of failure is that there is none.
 bool IsMissing(const std::filesystem::path& file) {
@@ -86,6 +54,8 @@ const char* RegistryDatabase::TextOf(Sql sql) {
       return "COMMIT";
     case Sql::Rollback:
       return "ROLLBACK";
+    case Sql::SchemaVersion:
+      return "PRAGMA schema_version";
     case Sql::FindSubKey:
       return "SELECT id FROM registry_key WHERE parent = ?1 AND folded = ?2";
     case Sql::InsertKey:
@@ -133,11 +103,11 @@ const char* RegistryDatabase::TextOf(Sql sql) {
 }
 
 std::unique_ptr<RegistryDatabase> RegistryDatabase::Open(const std::filesystem::path& file,
-                                                         Opening opening,
+                                                         Opening opening, LockPatience& patience,
                                                          RegistryProblem* problem) {
   *problem = {};
   if (opening == Opening::Existing && IsMissing(file)) return nullptr;
-  std::unique_ptr<RegistryDatabase> database(new RegistryDatabase);
+  std::unique_ptr<RegistryDatabase> database(new RegistryDatabase(patience));
   if (!database->OpenFile(file, opening, problem)) return nullptr;
   return database;
 }
@@ -159,13 +129,14 @@ bool RegistryDatabase::OpenFile(const std::filesystem::path& file, Opening openi
     *problem = {RegistryProblem::Kind::Damaged, "it is empty, but its log is not"};
     return false;
   }
-  if (!Configure() || !ReadIdentity()) return fail();
+  const bool isProtected = guard_.Protect(connection_) && Execute(kFirstSettings);
+  if (!isProtected || !ReadIdentityAtOnce()) return fail();
   if (layout_ == 0) {
     // A file without tables: its maker has not come to them yet, or never did.
     if (opening == Opening::Existing) return false;
-    if (!CreateTables() || !ReadIdentity()) return fail();
+    if (!CreateTables() || !ReadIdentityAtOnce()) return fail();
   }
-  if (layout_ == kLayout) return true;
+  if (layout_ == kRegistryLayout) return Execute(kLastSettings) || fail();
   *problem = {RegistryProblem::Kind::Other, "it has a layout that this program does not know"};
   return false;
 }
@@ -174,8 +145,9 @@ RegistryProblem RegistryDatabase::Problem() const {
   if (connection_ == nullptr) return {RegistryProblem::Kind::Other, "out of memory"};
   const int code = failure_ == SQLITE_OK ? sqlite3_errcode(connection_) : failure_;
   const int kind = code & 0xFF;
-  // A store of our layout in which our statements make no sense lacks tables.
-  const bool damaged = kind == SQLITE_NOTADB || kind == SQLITE_CORRUPT || kind == SQLITE_ERROR;
+  // Tables that are not ours are damage, and so is what takes more work or room than a store can.
+  const bool damaged = kind == SQLITE_NOTADB || kind == SQLITE_CORRUPT || kind == SQLITE_ERROR ||
+                       kind == SQLITE_SCHEMA || kind == SQLITE_INTERRUPT || kind == SQLITE_TOOBIG;
   return {damaged ? RegistryProblem::Kind::Damaged : RegistryProblem::Kind::Other,
           sqlite3_errstr(code)};
 }
@@ -191,33 +163,24 @@ bool RegistryDatabase::Execute(const char* sql) {
   return code == SQLITE_OK;
 }
 
-// Every user may write the file, with any program: what else than tables of data stands in its
-// schema must not run here, and damaged pages are noticed before they are used.
-bool RegistryDatabase::Configure() {
-  const auto configure = [this](int option, int value) {
-    return sqlite3_db_config(connection_, option, value, nullptr) == SQLITE_OK;
-  };
-  sqlite3_busy_handler(connection_, WaitWhileBusy, nullptr);
-  sqlite3_extended_result_codes(connection_, 1);
-  return configure(SQLITE_DBCONFIG_DEFENSIVE, 1) && configure(SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0) &&
-         configure(SQLITE_DBCONFIG_ENABLE_TRIGGER, 0) &&
-         configure(SQLITE_DBCONFIG_ENABLE_VIEW, 0) && Execute(kSettings);
-}
-
 bool RegistryDatabase::CreateTables() {
   // Going over to the log is the one step that does not wait by itself for another who does it.
   for (int step = 0; !Execute("PRAGMA journal_mode = WAL"); ++step) {
     const int code = sqlite3_errcode(connection_);
     if (code != SQLITE_BUSY && code != SQLITE_LOCKED) return false;
-    if (WaitWhileBusy(nullptr, step) == 0) return false;
+    if (!LockPatience::Wait(step)) return false;
     failure_ = SQLITE_OK;
   }
-  if (!BeginWrite() || !ReadIdentity()) return false;
-  if (layout_ == 0 && !Execute(kTables)) {
+  if (!Run(Sql::BeginWrite) || !ReadIdentity()) return false;
+  if (layout_ == 0 && !Execute(RegistrySchemaSql().c_str())) {
     Rollback();
     return false;
   }
   return Commit();
+}
+
+bool RegistryDatabase::ReadIdentityAtOnce() {
+  return Run(Sql::BeginRead) && ReadIdentity() && Commit();
 }
 
 bool RegistryDatabase::ReadIdentity() {
@@ -225,7 +188,8 @@ bool RegistryDatabase::ReadIdentity() {
   SqliteRun layoutRun(layout);
   if (layoutRun.Step() != SqliteStep::Row) return false;
   layout_ = layoutRun.Number(0);
-  if (layout_ != kLayout) return true;
+  if (layout_ != kRegistryLayout) return true;
+  if (!KnowsSchema()) return false;
   const SqliteStatement store(connection_, "SELECT id FROM store", &failure_);
   SqliteRun storeRun(store);
   const SqliteStep found = storeRun.Step();
@@ -235,12 +199,28 @@ bool RegistryDatabase::ReadIdentity() {
   return true;
 }
 
+// Others may change the schema at any time; a transaction goes on with the one that it began with.
+bool RegistryDatabase::KnowsSchema() {
+  SqliteRun run(Prepared(Sql::SchemaVersion));
+  if (run.Step() != SqliteStep::Row) return false;
+  const std::int64_t version = run.Number(0);
+  if (version == schemaVersion_) return true;
+  guard_.Allow(RegistryGuard::Work::Opening);
+  if (!HasRegistrySchema(connection_, &failure_)) {
+    if (failure_ == SQLITE_OK) failure_ = SQLITE_SCHEMA;
+    return false;
+  }
+  schemaVersion_ = version;
+  return true;
+}
+
 bool RegistryDatabase::IsStillThere() const {
   struct stat status {};
   return stat(file_.c_str(), &status) == 0 && status.st_dev == device_ && status.st_ino == inode_;
 }
 
 SqliteStatement& RegistryDatabase::Prepared(Sql sql) {
+  guard_.Allow(RegistryGuard::Work::Statement);
   std::unique_ptr<SqliteStatement>& statement = prepared_[static_cast<std::size_t>(sql)];
   // What could not be prepared for want of memory, or of the disk's answer, may be now.
   if (statement == nullptr || statement->Native() == nullptr) {
@@ -254,11 +234,18 @@ bool RegistryDatabase::Run(Sql sql) {
 }
 
 bool RegistryDatabase::BeginRead() {
-  return Run(Sql::BeginRead);
+  return Run(Sql::BeginRead) && HasOurSchema();
 }
 
 bool RegistryDatabase::BeginWrite() {
-  return Run(Sql::BeginWrite);
+  return Run(Sql::BeginWrite) && HasOurSchema();
+}
+
+// Ends the transaction that has just begun when it is none of ours.
+bool RegistryDatabase::HasOurSchema() {
+  if (KnowsSchema()) return true;
+  Rollback();
+  return false;
 }
 
 bool RegistryDatabase::Commit() {
@@ -284,8 +271,8 @@ std::string RegistryDatabase::TakeFailure() {
 
 bool RegistryDatabase::IsWhole() {
   sqlite3_db_config(connection_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-  for (std::size_t sql = 0; sql < prepared_.size(); ++sql) Prepared(static_cast<Sql>(sql));
-  if (failure_ == SQLITE_OK) {
+  if (BeginRead()) {
+    guard_.Allow(RegistryGuard::Work::Check);
     const SqliteStatement check(connection_, "PRAGMA integrity_check(1)", &failure_);
     SqliteRun run(check);
     if (run.Step() == SqliteStep::Row) return run.Text(0) == "ok";

@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/linux/registry/registry_guard.h"
 #include "platform/linux/registry/sqlite_statement.h"
 #include "platform/registry.h"
 
@@ -29,16 +30,18 @@ struct RegistryProblem {
   std::string text;
 };
 
-// Used by one thread at a time. Whoever writes holds a write transaction. Names come folded where
-// they are looked up. A read that fails finds nothing.
+// Used by one thread at a time. Whoever reads or writes holds a transaction; none begins in a
+// database whose schema is not ours (any more). Names come folded where they are looked up. A read
+// that fails finds nothing.
 class RegistryDatabase {
  public:
   enum class Opening { Existing, Create };
 
   // Create makes the tables in a file that is still empty; the file itself must be there. Null when
-  // it does not open; `problem` is none when that is because there is no store (yet).
+  // it does not open; `problem` is none when that is because there is no store (yet). `patience`
+  // must outlive it.
   static std::unique_ptr<RegistryDatabase> Open(const std::filesystem::path& file, Opening opening,
-                                                RegistryProblem* problem);
+                                                LockPatience& patience, RegistryProblem* problem);
   ~RegistryDatabase();
   RegistryDatabase(const RegistryDatabase&) = delete;
   RegistryDatabase& operator=(const RegistryDatabase&) = delete;
@@ -105,6 +108,7 @@ class RegistryDatabase {
     BeginWrite,
     Commit,
     Rollback,
+    SchemaVersion,
     FindSubKey,
     InsertKey,
     DeleteTreeValues,
@@ -124,23 +128,28 @@ class RegistryDatabase {
   };
   static const char* TextOf(Sql sql);
 
-  RegistryDatabase() = default;
+  explicit RegistryDatabase(LockPatience& patience) : guard_(patience) {}
 
   bool OpenFile(const std::filesystem::path& file, Opening opening, RegistryProblem* problem);
-  bool Configure();
   bool CreateTables();
-  // Reads layout and identity; false when this is no store that we know.
+  // Reads layout and identity; false when this is no store that we know. In a transaction, and in
+  // one of its own.
   bool ReadIdentity();
+  bool ReadIdentityAtOnce();
+  bool KnowsSchema();
+  bool HasOurSchema();
   bool Execute(const char* sql);
   RegistryProblem Problem() const;
   SqliteStatement& Prepared(Sql sql);
   bool Run(Sql sql);
   std::optional<Name> OneName(SqliteRun& run);
 
+  RegistryGuard guard_;
   sqlite3* connection_ = nullptr;
   int failure_ = SQLITE_OK;
   std::filesystem::path file_;
   std::int64_t layout_ = 0;
+  std::int64_t schemaVersion_ = -1;  // of the schema that was compared last
   std::int64_t storeId_ = 0;
   std::uint64_t device_ = 0;
   std::uint64_t inode_ = 0;

@@ -52,7 +52,8 @@ std::unique_ptr<RegistryDatabase> RegistryFiles::OpenDatabase(RegistryDatabase::
     if (descriptor != kNoDescriptor) close(descriptor);
   }
   RegistryProblem problem;
-  std::unique_ptr<RegistryDatabase> database = RegistryDatabase::Open(file, opening, &problem);
+  std::unique_ptr<RegistryDatabase> database =
+      RegistryDatabase::Open(file, opening, patience_, &problem);
   Tell(problem.text);
   return database;
 }

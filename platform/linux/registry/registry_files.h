@@ -51,6 +51,7 @@ class RegistryFiles {
 
  private:
   std::filesystem::path folder_;
+  LockPatience patience_;
   std::mutex opening_;
   std::mutex telling_;
   std::set<std::string> told_;

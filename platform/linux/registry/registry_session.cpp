@@ -60,10 +60,10 @@ RegistryDatabase* RegistrySession::BeginReading() {
   // it writes.
   const bool mayWrite = writeScopes_ > 0 && scopeFailure_ == RegistryStatus::Success;
   if (mayWrite) BeginWriteTransaction();
-  if (transaction_ == Transaction::None && HasScope() && database_->BeginRead()) {
+  if (transaction_ == Transaction::None && database_->BeginRead()) {
     transaction_ = Transaction::Read;
   }
-  return database_.get();
+  return transaction_ == Transaction::None ? nullptr : database_.get();
 }
 
 RegistryDatabase* RegistrySession::BeginWriting() {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/registry/registry_database.h"
@@ -31,8 +32,8 @@ class RegistrySession {
   template <typename Result, typename Body>
   Result Read(Result missing, Body read) {
     RegistryDatabase* database = BeginReading();
-    if (database == nullptr) return missing;
-    Result result = read(*database);
+    Result result = database == nullptr ? std::move(missing) : read(*database);
+    if (!HasScope()) EndRead();
     TellFailure();
     return result;
   }

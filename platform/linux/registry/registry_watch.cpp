@@ -187,7 +187,8 @@ bool RegistryWatch::OpenDatabase() {
 std::vector<RegistryWatch::Count> RegistryWatch::CountChanges(
     const std::vector<RegistryKeyIdentity>& keys) {
   std::vector<Count> counts;
-  const bool isOpen = OpenDatabase();
+  const bool isOpen = OpenDatabase() && database_->BeginRead();
+  if (database_ != nullptr && !isOpen) files_.Tell(database_->TakeFailure());
   if (!isOpen && files_.HasDatabase()) return counts;
   for (const RegistryKeyIdentity& key : keys) {
     RegistryDatabase::Changes changes{SqliteStep::Done, 0};
@@ -195,7 +196,10 @@ std::vector<RegistryWatch::Count> RegistryWatch::CountChanges(
     if (changes.result == SqliteStep::Row) counts.push_back({key, changes.count});
     if (changes.result == SqliteStep::Done) counts.push_back({key, std::nullopt});
   }
-  if (isOpen) files_.Tell(database_->TakeFailure());
+  if (isOpen) {
+    database_->Commit();
+    files_.Tell(database_->TakeFailure());
+  }
   return counts;
 }
 
