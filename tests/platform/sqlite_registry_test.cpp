@@ -15,6 +15,7 @@
 
 #include "platform/wake_event.h"
 #include "tests/platform/open_key.h"
+#include "tests/support/forked_process.h"
 #include "tests/support/temporary_folder.h"
 
 namespace platform {
@@ -164,6 +165,37 @@ TEST_F(SqliteRegistryTest, AnotherWritersLockIsWaitedForWithinBounds) {
   }
   EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(6));
   EXPECT_EQ(SetBytes(*key, u"a", "after"), RegistryStatus::Success);
+}
+
+TEST_F(SqliteRegistryTest, AStoppedProcesssLockIsWaitedForOnce) {
+  // Made before there is a database that the two would share.
+  support::ForkedProcess holder([&](const support::Line& parent) {
+    while (parent.Hear() == 'b') {
+      ForeignConnection foreign(Database());
+      foreign.Execute("BEGIN IMMEDIATE");
+      parent.Say('b');
+      parent.Hear();
+      foreign.Execute("COMMIT");
+      parent.Say('c');
+    }
+  });
+  const auto key = Create(first_);
+  const auto write = [&] { return SetBytes(*key, u"a", "1"); };
+  for (int round = 0; round < 2; ++round) {
+    holder.Talk().Say('b');
+    ASSERT_EQ(holder.Talk().Hear(), 'b');
+    holder.Stop();
+    const auto start = steady_clock::now();
+    EXPECT_EQ(write(), RegistryStatus::WriteFault);
+    const auto second = steady_clock::now();
+    EXPECT_GT(second - start, std::chrono::seconds(1));
+    for (int edit = 0; edit < 10; ++edit) EXPECT_EQ(write(), RegistryStatus::WriteFault);
+    EXPECT_LT(steady_clock::now() - second, std::chrono::seconds(1));
+    holder.Signal(SIGCONT);
+    holder.Talk().Say('c');
+    ASSERT_EQ(holder.Talk().Hear(), 'c');
+    EXPECT_EQ(write(), RegistryStatus::Success);
+  }
 }
 
 TEST_F(SqliteRegistryTest, AnEmptyFileIsAStoreThatIsNotMadeYet) {

@@ -168,7 +168,7 @@ bool RegistryDatabase::CreateTables() {
   for (int step = 0; !Execute("PRAGMA journal_mode = WAL"); ++step) {
     const int code = sqlite3_errcode(connection_);
     if (code != SQLITE_BUSY && code != SQLITE_LOCKED) return false;
-    if (!LockPatience::Wait(step)) return false;
+    if (!guard_.Patience().Wait(step)) return false;
     failure_ = SQLITE_OK;
   }
   if (!Run(Sql::BeginWrite) || !ReadIdentity()) return false;
@@ -238,7 +238,9 @@ bool RegistryDatabase::BeginRead() {
 }
 
 bool RegistryDatabase::BeginWrite() {
-  return Run(Sql::BeginWrite) && HasOurSchema();
+  if (!Run(Sql::BeginWrite)) return false;
+  guard_.Patience().Renew();
+  return HasOurSchema();
 }
 
 // Ends the transaction that has just begun when it is none of ours.

@@ -38,8 +38,8 @@ constexpr std::array<Option, 4> kOptions = {{{SQLITE_DBCONFIG_DEFENSIVE, 1},
                                              {SQLITE_DBCONFIG_ENABLE_TRIGGER, 0},
                                              {SQLITE_DBCONFIG_ENABLE_VIEW, 0}}};
 
-int WaitWhileBusy(void* /*context*/, int step) {
-  return LockPatience::Wait(step) ? 1 : 0;
+int WaitWhileBusy(void* patience, int step) {
+  return static_cast<LockPatience*>(patience)->Wait(step) ? 1 : 0;
 }
 
 int CountDown(void* left) {
@@ -49,14 +49,17 @@ int CountDown(void* left) {
 }  // namespace
 
 bool LockPatience::Wait(int step) {
-  if (step >= kAllSteps) return false;
+  if (step >= (isLost_ ? kShortSteps : kAllSteps)) {
+    isLost_ = true;
+    return false;
+  }
   std::this_thread::sleep_for(std::chrono::microseconds(step < kShortSteps ? 50 : 1000));
   return true;
 }
 
 bool RegistryGuard::Protect(sqlite3* connection) {
   sqlite3_extended_result_codes(connection, 1);
-  sqlite3_busy_handler(connection, WaitWhileBusy, nullptr);
+  sqlite3_busy_handler(connection, WaitWhileBusy, &patience_);
   sqlite3_progress_handler(connection, kMachineSteps, CountDown, &left_);
   for (const Limit& limit : kLimits) sqlite3_limit(connection, limit.category, limit.value);
   for (const Option& option : kOptions) {

@@ -3,16 +3,22 @@
 
 #include <sqlite3.h>
 
+#include <atomic>
 #include <cstdint>
 
 namespace platform {
 
 // How long connections wait for the locks of others: about two seconds, in steps that a short
-// commit of the other makes good. Any thread; shared by the connections to one store.
+// commit of the other makes good. Once that was in vain, no longer than such a commit takes, until
+// the lock could be had again. Any thread; shared by the connections to one store.
 class LockPatience {
  public:
   // Sleeps before the next try; false when there is to be none.
-  static bool Wait(int step);
+  bool Wait(int step);
+  void Renew() { isLost_ = false; }
+
+ private:
+  std::atomic<bool> isLost_ = false;
 };
 
 // One connection's. Must outlive it.
