@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <thread>
+
 #include "platform/fake/fake_registry.h"
 #include "platform/linux/audio/pulse_endpoints.h"
 #include "platform/wake_event.h"
@@ -37,7 +39,7 @@ class JackStatePublisherTest : public testing::Test {
     WakeEvent wake;
     const auto key =
         registry_.OpenKey(RegistryRoot::LocalMachine, JackKeyPath(SinkGuid(sink)), kRegistryRead);
-    if (key == nullptr) ADD_FAILURE() << "nothing was ever published for " << sink;
+    if (key == nullptr) return false;
     key->NotifyChange(wake);
     publisher.Publish(state);
     return wake.WaitFor(0ms);
@@ -77,17 +79,26 @@ TEST_F(JackStatePublisherTest, WritesOnlyWhatDiffers) {
   EXPECT_FALSE(WritesTo("card", state, another));
 }
 
-TEST_F(JackStatePublisherTest, WakesThoseWhoWatchTheFormerDefault) {
-  PulseState state{
-      {SinkOn("speaker", PulsePortKind::Speaker), SinkOn("headphones", PulsePortKind::Headphones)},
-      "speaker"};
+TEST_F(JackStatePublisherTest, WakesThoseWhoWatchADefaultOfBefore) {
+  PulseState state{{SinkOn("speaker", PulsePortKind::Speaker), SinkOn("tv", PulsePortKind::Display),
+                    SinkOn("headphones", PulsePortKind::Headphones)},
+                   "tv"};
   publisher_.Publish(state);
-  state.defaultSink = "headphones";
-  EXPECT_TRUE(WritesTo("speaker", state));
+  EXPECT_FALSE(WritesTo("tv", state)) << "it alone has been the default";
+  for (const char* sink : {"speaker", "headphones", "tv"}) {
+    state.defaultSink = sink;
+    EXPECT_TRUE(WritesTo("tv", state)) << sink;
+    EXPECT_FALSE(WritesTo("tv", state)) << sink;
+    std::thread([&] { EXPECT_TRUE(WritesTo("tv", state)) << "as a watcher learns of it"; }).join();
+  }
   EXPECT_THAT(Stored("speaker"), ElementsAre(1U, 0U, 0U));
-  EXPECT_FALSE(WritesTo("speaker", state));
-  state.defaultSink = "speaker";
-  EXPECT_FALSE(WritesTo("speaker", state)) << "only the former one matters";
+
+  state.defaultSink = "headphones";
+  publisher_.Publish(state);
+  state.sinks[2] = SinkOn("headphones", PulsePortKind::LineOut);
+  EXPECT_TRUE(WritesTo("tv", state)) << "another jack";
+  publisher_.Publish({});
+  EXPECT_TRUE(WritesTo("tv", state)) << "the server is back";
 }
 
 }  // namespace

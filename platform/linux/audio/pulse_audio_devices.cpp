@@ -87,7 +87,7 @@ std::unique_ptr<AudioDeviceEnumerator> PulseAudioDevices::CreateEnumerator() {
 PulseStatus PulseAudioDevices::Fetch(PulseState* state) {
   const std::lock_guard lock(fetchMutex_);
   const PulseStatus status = connection_.Fetch(state);
-  if (status == PulseStatus::Answered && observer_) observer_(*state);
+  if (observer_) observer_(status == PulseStatus::Answered ? *state : PulseState{});
   return status;
 }
 

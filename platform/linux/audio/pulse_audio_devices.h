@@ -22,7 +22,8 @@ namespace platform {
 // of a second; until it is back, callers get failures at once. Enumerators must not outlive it.
 class PulseAudioDevices : public AudioDevices {
  public:
-  // Gets every state that was fetched, on the thread that fetched it and before anyone acts on it.
+  // Gets every state that was fetched, on the thread that fetched it and before anyone acts on it;
+  // an empty one when the server did not answer.
   using Observer = std::function<void(const PulseState& state)>;
 
   // An empty `server` is the user's own; the observer may be empty.
