@@ -91,8 +91,9 @@ WatchContext::WatchContext(const WatchStart& start, SettingChangedPoster poster)
       settingIndex(start.settingIndex),
       endpointGuid(platform::CutToBuffer(start.endpointGuid, kWatcherGuidCapacity)) {}
 
-RegistryWatcher::RegistryWatcher(Registry& registry, platform::AudioDevices& audioDevices)
-    : registry_(registry), audioDevices_(audioDevices) {}
+RegistryWatcher::RegistryWatcher(Registry& registry, platform::AudioDevices& audioDevices,
+                                 std::shared_ptr<const void> owner)
+    : registry_(registry), audioDevices_(audioDevices), owner_(std::move(owner)) {}
 
 RegistryWatcher::~RegistryWatcher() {
   static_cast<void>(Stop());
@@ -102,7 +103,7 @@ void RegistryWatcher::Start(const WatchStart& start, SettingChangedPoster poster
   if (context_) return;
   context_ = std::make_shared<WatchContext>(start, std::move(poster));
   thread_ = std::make_unique<platform::WorkerThread>(
-      [context = context_, &registry = registry_, &audioDevices = audioDevices_] {
+      [owner = owner_, context = context_, &registry = registry_, &audioDevices = audioDevices_] {
         const platform::ComApartment apartment;
         WatchLoop(registry, audioDevices, *context).Run();
       });

@@ -44,13 +44,15 @@ struct WatchContext {
 
 // A thread that sleeps until the driver's jack state, the stored hint or the active setting of the
 // current route changes, and then posts if the route or the setting differs from what it last saw.
-// One for each open window, on the user-interface thread. The registry and the audio devices must
-// outlive the thread.
+// One for each open window, on the user-interface thread.
 class RegistryWatcher {
  public:
   static constexpr std::chrono::milliseconds kStopTimeout{500};
 
-  RegistryWatcher(platform::Registry& registry, platform::AudioDevices& audioDevices);
+  // The thread may outlive this object and its maker, so it keeps `owner`, with which the registry
+  // and the audio devices live on.
+  RegistryWatcher(platform::Registry& registry, platform::AudioDevices& audioDevices,
+                  std::shared_ptr<const void> owner);
   ~RegistryWatcher();
   RegistryWatcher(const RegistryWatcher&) = delete;
   RegistryWatcher& operator=(const RegistryWatcher&) = delete;
@@ -62,12 +64,13 @@ class RegistryWatcher {
   void Wake();
 
   // True when the thread has ended within kStopTimeout, or never ran. A thread that has not runs on
-  // with its context and ends by itself. The destructor stops too.
+  // with its context and the owner and ends by itself. The destructor stops too.
   bool Stop();
 
  private:
   platform::Registry& registry_;
   platform::AudioDevices& audioDevices_;
+  const std::shared_ptr<const void> owner_;
   std::shared_ptr<WatchContext> context_;
   std::unique_ptr<platform::WorkerThread> thread_;
 };

@@ -7,7 +7,8 @@
 
 namespace platform {
 
-// Builds every adapter of the build's backend from the environment and owns them. Construction
+// Builds every adapter of the build's backend from the environment and owns them, together with
+// those who hold the platform's `owner`. Construction
 // opens no display and writes nothing.
 class Host {
  public:
@@ -21,7 +22,8 @@ class Host {
   Platform& Get();
 
  private:
-  std::unique_ptr<Impl> impl_;
+  std::shared_ptr<Impl> impl_;
+  Platform platform_;
 };
 
 }  // namespace platform

@@ -1,6 +1,8 @@
 // Everything that tests replace, as one object of references that `main` builds.
 #pragma once
 
+#include <memory>
+
 #include "platform/audio_devices.h"
 #include "platform/clock.h"
 #include "platform/device_setup.h"
@@ -19,6 +21,8 @@ struct Platform {
   AudioDevices& audioDevices;
   SingleInstance& singleInstance;
   Clock& clock;
+  // Keeps all of it alive, for threads that may outlast `main`; null where nothing needs that.
+  std::shared_ptr<const void> owner = nullptr;
 };
 
 }  // namespace platform

@@ -10,9 +10,9 @@
 #include "endpoints/route_detection.h"
 #include "platform/fake/fake_clock.h"
 #include "platform/fake/fake_registry.h"
-#include "platform/linux/jack_state_publisher.h"
-#include "platform/linux/pulse_audio_devices.h"
-#include "platform/linux/pulse_endpoints.h"
+#include "platform/linux/audio/jack_state_publisher.h"
+#include "platform/linux/audio/pulse_audio_devices.h"
+#include "platform/linux/audio/pulse_endpoints.h"
 #include "tests/audio/pulse_daemon.h"
 #include "tests/support/failing_registry.h"
 #include "tests/support/registry_tree.h"
@@ -20,8 +20,8 @@
 namespace support {
 namespace {
 
-using endpoints::OutputPath;
 using platform::JackProperty;
+using store::OutputPath;
 
 const std::map<std::string, OutputPath> kRoutes = {{"speaker", OutputPath::InternalSpeaker},
                                                    {"phones", OutputPath::Headphone},
@@ -65,7 +65,7 @@ class OpenWindow {
       if (step == RegistryStep::Watch) ++watches_;
       return false;
     });
-    watcher_.emplace(registry_, machine.devices);
+    watcher_.emplace(registry_, machine.devices, nullptr);
     watcher_->Start({endpoint.endpointGuid, route_, 1}, [this](OutputPath path) { route_ = path; });
     // The hint's key and the endpoint's.
     EXPECT_TRUE(Soon([this] { return watches_ >= 2; }));

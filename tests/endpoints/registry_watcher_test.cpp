@@ -147,7 +147,7 @@ class RegistryWatcherTest : public testing::Test {
   platform::FakeAudioDevices fakeDevices_;
   WatchedDevices devices_{fakeDevices_};
   Posts posts_;
-  RegistryWatcher watcher_{registry_, devices_};
+  RegistryWatcher watcher_{registry_, devices_, nullptr};
 };
 
 TEST_F(RegistryWatcherTest, PostsForASettingOfTheCurrentRouteOnly) {
@@ -221,7 +221,7 @@ TEST_F(RegistryWatcherTest, MissesNoSettingThatIsWrittenJustBeforeItWatches) {
     if (settings && ++looks == 2) SetActive(kSpeaker, u"5");
     return false;
   });
-  RegistryWatcher watcher(registry, devices_);
+  RegistryWatcher watcher(registry, devices_, nullptr);
   watcher.Start({kGuid, OutputPath::InternalSpeaker, 1}, Poster());
   watcher.Wake();
   ExpectPosts({OutputPath::InternalSpeaker});
@@ -251,11 +251,13 @@ TEST_F(RegistryWatcherTest, StopsAtOnceAndStartsOnce) {
   ExpectPosts({});
 }
 
-TEST_F(RegistryWatcherTest, AHangingThreadIsLeftToItselfWithItsContext) {
+TEST_F(RegistryWatcherTest, AHangingThreadIsLeftToItselfWithAllItUses) {
   auto token = std::make_shared<int>(0);
+  auto owner = std::make_shared<int>(0);
   const std::weak_ptr<int> held = token;
+  const std::weak_ptr<int> owned = owner;
   {
-    RegistryWatcher watcher(registry_, devices_);
+    RegistryWatcher watcher(registry_, devices_, std::move(owner));
     watcher.Start({kGuid, OutputPath::InternalSpeaker, 1},
                   [token = std::move(token), this](OutputPath path) { posts_.Add(path); });
     ASSERT_TRUE(devices_.WaitUntilAsked(1));
@@ -269,14 +271,14 @@ TEST_F(RegistryWatcherTest, AHangingThreadIsLeftToItselfWithItsContext) {
     EXPECT_GE(waited, milliseconds(490));
     EXPECT_LT(waited, milliseconds(1500));
   }
-  EXPECT_FALSE(held.expired());
+  EXPECT_FALSE(held.expired() || owned.expired());
   devices_.Hold(false);
   ExpectPosts({OutputPath::Headphone});
   const auto deadline = steady_clock::now() + std::chrono::seconds(10);
-  while (!held.expired() && steady_clock::now() < deadline) {
+  while (!(held.expired() && owned.expired()) && steady_clock::now() < deadline) {
     std::this_thread::sleep_for(milliseconds(1));
   }
-  EXPECT_TRUE(held.expired()) << "the thread has ended and let go of everything";
+  EXPECT_TRUE(held.expired() && owned.expired()) << "the thread has ended and let go of everything";
 }
 
 }  // namespace

@@ -133,7 +133,7 @@ class BusyPanel {
   std::int32_t mode_ = 0;
   std::map<std::u16string, float> edits_;  // the last one of each setting
   std::atomic<bool> isPosted_ = false;
-  endpoints::RegistryWatcher watcher_{registry_, audioDevices_};
+  endpoints::RegistryWatcher watcher_{registry_, audioDevices_, nullptr};
 };
 
 }  // namespace

@@ -51,7 +51,7 @@ CKelControlDlg::CKelControlDlg(const platform::Platform& platform, store::ModelF
       model_(model),
       editor_({platform.registry, platform.events, platform.audioDevices}, controls_),
       icon_(LoadUnscaled(platform::ResourceType::Icon, resources::kApplicationIcon)),
-      watcher_(platform.registry, platform.audioDevices) {
+      watcher_(platform.registry, platform.audioDevices, platform.owner) {
   controls_.ForEach(
       [this](std::uint16_t id, platform::Window& control) { BindControl(id, control); });
 }

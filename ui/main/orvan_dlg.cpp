@@ -37,7 +37,7 @@ COrvanDlg::COrvanDlg(const platform::Platform& platform, store::ModelFlags model
       model_(model),
       makeAdvancedDialog_(std::move(makeAdvancedDialog)),
       modes_(platform),
-      watcher_(platform.registry, platform.audioDevices),
+      watcher_(platform.registry, platform.audioDevices, platform.owner),
       notificationClient_(platform.audioDevices, platform.clock),
       spoken_(SkinOf(model), model.threeGuiLayers) {}
 

@@ -15,7 +15,8 @@ QEvent::Type MessageEvent::EventType() {
 }
 
 WindowTable& WindowTable::Instance() {
-  static WindowTable table;
+  // Never destroyed: a thread that outlasts `main` may still post.
+  static auto& table = *new WindowTable;
   return table;
 }
 
