@@ -35,6 +35,10 @@ class FileSystem {
   // Null when the file does not exist, is no regular file, is held by another or may not be opened.
   virtual std::unique_ptr<File> OpenExisting(std::u16string_view path, FileAccess access) = 0;
 
+  // Makes a file and opens it for appending. Null when there is one already, even if it has come
+  // just now, or when that is not possible.
+  virtual std::unique_ptr<File> CreateNew(std::u16string_view path) = 0;
+
   // Opens for writing, empties an existing file. Null when that is not possible; a file that
   // another holds is then left as it was.
   virtual std::unique_ptr<File> CreateAlways(std::u16string_view path) = 0;

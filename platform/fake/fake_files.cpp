@@ -100,6 +100,10 @@ std::unique_ptr<File> FakeFileSystem::OpenExisting(std::u16string_view path, Fil
   return Hold(found->second, access);
 }
 
+std::unique_ptr<File> FakeFileSystem::CreateNew(std::u16string_view path) {
+  return nodes_.contains(path) ? nullptr : CreateAlways(path);
+}
+
 std::unique_ptr<File> FakeFileSystem::CreateAlways(std::u16string_view path) {
   if (std::ranges::find(denied_, path) != denied_.end()) return nullptr;
   const auto found = nodes_.find(path);

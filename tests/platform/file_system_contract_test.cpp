@@ -112,6 +112,12 @@ TEST_P(FileSystemContract, CreatesEmptiesAppendsAndReadsInSequence) {
     }
   }
   EXPECT_EQ(Contents(u"file"), "2nd+a+b");
+  EXPECT_EQ(files_.CreateNew(Path(u"file")), nullptr);
+  EXPECT_EQ(Contents(u"file"), "2nd+a+b");
+  const std::unique_ptr<File> fresh = files_.CreateNew(Path(u"new"));
+  ASSERT_TRUE(fresh);
+  EXPECT_EQ(Open(u"new", FileAccess::Append), nullptr);
+  EXPECT_TRUE(fresh->Write(std::as_bytes(std::span(std::string_view("text")))));
 }
 
 TEST_P(FileSystemContract, RefusesASecondOpenerAndLeavesTheFileAsItIs) {

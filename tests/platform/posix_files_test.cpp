@@ -104,7 +104,7 @@ TEST_F(PosixFilesTest, MakesTheLogsFolderWithTheLogAndNoOther) {
   EXPECT_EQ(files_.OpenExisting(log, FileAccess::Append), nullptr);
   EXPECT_FALSE(fs::exists(temporary_.Path() / "a"));
   EXPECT_EQ(files_.CreateAlways(Path("b/file")), nullptr) << "no other file's folder is made";
-  EXPECT_TRUE(files_.CreateAlways(log));
+  EXPECT_TRUE(files_.CreateNew(log));
 }
 
 TEST_F(PosixFilesTest, FollowsLinks) {

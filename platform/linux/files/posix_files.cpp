@@ -91,17 +91,26 @@ std::unique_ptr<File> PosixFileSystem::OpenExisting(std::u16string_view path, Fi
   return std::make_unique<PosixFile>(std::move(file));
 }
 
-std::unique_ptr<File> PosixFileSystem::CreateAlways(std::u16string_view path) {
+std::unique_ptr<File> PosixFileSystem::CreateNew(std::u16string_view path) {
   const std::optional<std::string> systemPath = SystemPath(path);
   if (!systemPath) return nullptr;
   const bool isLog = *systemPath == logPath_;
   if (isLog) MakeStateFolder(stateFolder_);
+  FileDescriptor file(
+      open(systemPath->c_str(), O_WRONLY | O_APPEND | O_CREAT | O_EXCL | kOpenFlags, kFileMode));
+  // Whoever starts the program next appends to the log, whatever the umask of this user.
+  if (isLog && file.IsOpen()) fchmod(file.Get(), kFileMode);
+  if (!Hold(file)) return nullptr;
+  return std::make_unique<PosixFile>(std::move(file));
+}
+
+std::unique_ptr<File> PosixFileSystem::CreateAlways(std::u16string_view path) {
+  const std::optional<std::string> systemPath = SystemPath(path);
+  if (!systemPath) return nullptr;
   // Emptied only once it is ours.
   FileDescriptor file(open(systemPath->c_str(),
                            O_WRONLY | O_CREAT | kOpenFlags | LinkRule(*systemPath), kFileMode));
   if (!Hold(file) || ftruncate(file.Get(), 0) != 0) return nullptr;
-  // Whoever starts the program next appends to the log, whatever the umask of this user.
-  if (isLog) fchmod(file.Get(), kFileMode);
   return std::make_unique<PosixFile>(std::move(file));
 }
 

@@ -18,6 +18,7 @@ class PosixFileSystem : public FileSystem {
   explicit PosixFileSystem(std::filesystem::path stateFolder);
 
   std::unique_ptr<File> OpenExisting(std::u16string_view path, FileAccess access) override;
+  std::unique_ptr<File> CreateNew(std::u16string_view path) override;
   std::unique_ptr<File> CreateAlways(std::u16string_view path) override;
   bool Remove(std::u16string_view path) override;
   std::u16string ProgramFolder() override;
