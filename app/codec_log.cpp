@@ -81,11 +81,13 @@ void ReportClass(const ProcessingObjectClass& object, platform::File& log,
 
 }  // namespace
 
-void LogCodecDevice(std::u16string_view deviceText, platform::FileSystem& files,
-                    platform::Registry& registry) {
+void LogCodecDevice(std::u16string_view identification, std::u16string_view familyLabel,
+                    platform::FileSystem& files, platform::Registry& registry) {
   const std::unique_ptr<platform::File> log = store::OpenDiagnosticLog(files);
   if (!log) return;
-  WriteText(*log, platform::ToAnsi(deviceText));
+  const std::string label = platform::ToAnsi(familyLabel);
+  const std::string device = platform::ToAnsi(identification);
+  WriteText(*log, device.substr(0, kRecordBytes - 1 - label.size()) + label);
   const std::unique_ptr<platform::RegistryScope> scope = registry.BeginRead();
   for (const ProcessingObjectClass& object : kClasses) ReportClass(object, *log, registry);
 }

@@ -9,10 +9,10 @@
 
 namespace app {
 
-// `deviceText` is the device's identification string followed by its family label. Appends the
-// entry and one report for each of the five processing-object classes; nothing when the log cannot
-// be opened.
-void LogCodecDevice(std::u16string_view deviceText, platform::FileSystem& files,
-                    platform::Registry& registry);
+// Appends the entry, which is the device's identification string followed by its family label, and
+// one report for each of the five processing-object classes; nothing when the log cannot be opened.
+// An identification that leaves the label no room in the entry's record is cut.
+void LogCodecDevice(std::u16string_view identification, std::u16string_view familyLabel,
+                    platform::FileSystem& files, platform::Registry& registry);
 
 }  // namespace app

@@ -95,8 +95,7 @@ std::uint32_t ProbeFamily(const CodecFamily& family, platform::Platform& platfor
     if (!BelongsTo(family, identification)) continue;
     // A device without a subsystem ID says nothing about the model: what an earlier one said holds.
     ssid = ParseSubsystem(identification).value_or(ssid);
-    LogCodecDevice(identification + std::u16string(family.label), platform.files,
-                   platform.registry);
+    LogCodecDevice(identification, family.label, platform.files, platform.registry);
   }
   return ssid;
 }

@@ -38,8 +38,8 @@ class CodecLogTest : public AppFixture {
     key.SetValue(name, platform::RegistryType::Dword, std::as_bytes(std::span(&number, 1)));
   }
 
-  void LogDevice(std::u16string_view text) {
-    LogCodecDevice(text, machine_.files, machine_.registry);
+  void LogDevice(std::u16string_view text, std::u16string_view label = {}) {
+    LogCodecDevice(text, label, machine_.files, machine_.registry);
   }
 };
 
@@ -78,9 +78,23 @@ TEST_F(CodecLogTest, WritesANameThatFillsItsBufferAndDropsALongerOne) {
   }
 }
 
-TEST_F(CodecLogTest, CutsADeviceTextThatDoesNotFitItsRecord) {
-  LogDevice(std::u16string(600, u'd'));
-  EXPECT_EQ(Log(), std::string(511, 'd') + kNoneInstalled);
+TEST_F(CodecLogTest, CutsAnIdentificationThatLeavesItsLabelNoRoom) {
+  LogDevice(std::u16string(600, u'd'), u" (I2S Audio Codec)\r\n\r\n");
+  EXPECT_EQ(Log(), std::string(489, 'd') + " (I2S Audio Codec)\r\n\r\n" + kNoneInstalled);
+}
+
+TEST_F(CodecLogTest, KeepsWhatAnotherWritesBetweenOpeningAndCreating) {
+  struct Meanwhile : platform::FakeFileSystem {
+    std::unique_ptr<platform::File> OpenExisting(std::u16string_view path,
+                                                 platform::FileAccess access) override {
+      auto file = FakeFileSystem::OpenExisting(path, access);
+      if (!file) PutFile(path, "theirs\r\n\r\n");
+      return file;
+    }
+  } files;
+  LogCodecDevice(u"ID", u"\r\n\r\n", files, machine_.registry);
+  EXPECT_EQ(files.Contents(u"/state/Velsona.txt"),
+            std::string("theirs\r\n\r\nID\r\n\r\n") + kNoneInstalled);
 }
 
 TEST_F(CodecLogTest, DropsItsLinesWhileAnotherHoldsTheLog) {
