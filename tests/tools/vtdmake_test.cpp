@@ -51,7 +51,7 @@ class VtdmakeTest : public testing::Test {
 TEST_F(VtdmakeTest, WritesWhatTheImportReads) {
   const support::ProcessResult result = Make(R"({
     "version": "0x0200", "ssid": "0x1A9E100F",
-    "properties": { "apoName": "Engine \"x\"", "apoMajor": 3, "apoBuild": -7,
+    "properties": { "apoName": "Engine \"x\"", "apoMajor": 3, "apoBuild": "-7",
                     "toolVersion": "2.4", "dataVersion": 12, "date": 20150312,
                     "statusSpeaker": 1, "statusSubwoofer": "0x02", "statusHeadphone": 4,
                     "statusLineOut": 8 },
@@ -107,7 +107,7 @@ TEST_F(VtdmakeTest, ErrorsNameLineColumnAndField) {
       {"missing", head + " \"properties\": {}}", ":1:1: routes: is missing"},
       {"version", "{\"version\": \"0x0300\"}", ":1:13: version: must be"},
       {"ssid", "{\"version\": \"0x0100\", \"ssid\": \"0x123456789\"}", ":1:31: ssid: must be"},
-      {"negative", "{\"version\": \"0x0100\", \"ssid\": -1}", ":1:31: ssid: must be"},
+      {"negative", "{\"version\": \"0x0100\", \"ssid\": \"-1\"}", ":1:31: ssid: must be"},
       {"properties of old format",
        "{\"version\": \"0x0100\", \"ssid\": 1, \"properties\": {}, \"routes\": []}",
        ":1:48: properties: needs"},

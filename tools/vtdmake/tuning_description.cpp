@@ -34,8 +34,10 @@ struct Field {
   }
 };
 
-// Decimal, or hexadecimal behind "0x".
+// Decimal, or hexadecimal behind "0x"; negative behind "-".
 std::optional<double> NumberFromText(std::string_view text) {
+  const bool isNegative = text.starts_with('-');
+  if (isNegative) text.remove_prefix(1);
   int base = 10;
   if (text.starts_with("0x") || text.starts_with("0X")) {
     text.remove_prefix(2);
@@ -44,7 +46,7 @@ std::optional<double> NumberFromText(std::string_view text) {
   std::uint32_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return value;
+  return isNegative ? -static_cast<double>(value) : value;
 }
 
 // Whole numbers may stand as text too, for the sake of hexadecimal ones.
