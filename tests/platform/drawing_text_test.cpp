@@ -52,6 +52,17 @@ TEST_F(TextFixture, UnhintedWidthsComeFromTheFontsDesign) {
   EXPECT_EQ(graphics_.MeasureString(u"", calibri_, StringFormat::None).width, 0.0F);
 }
 
+TEST_F(TextFixture, OnlyTheStandInForSemilightIsNarrowed) {
+  graphics_.SetTextRenderingHint(TextRenderingHint::AntiAlias);
+  // "Movie" in the advances of Open Sans, Regular and Light.
+  for (const auto& [family, units] :
+       {std::pair(u"Segoe WP", 5779.0), {u"Segoe UI Semilight", 0.95 * 5494.0}}) {
+    const Font font(family, 18, FontStyle::Regular);
+    const SizeF size = graphics_.MeasureString(u"Movie", font, StringFormat::GenericTypographic);
+    EXPECT_NEAR(size.width, em_ * units / 2048.0, 0.02);
+  }
+}
+
 TEST_F(TextFixture, GridFittedAdvancesAreWholePixels) {
   graphics_.SetTextRenderingHint(TextRenderingHint::AntiAliasGridFit);
   for (const std::u16string_view text : {u"M", u"Gain", u"+20", u"1k"}) {

@@ -27,7 +27,7 @@ struct StandIn {
 const auto kStandIns = std::to_array<StandIn>({
     {u"Calibri", u"Carlito", QFont::Normal, 100, std::nullopt},
     {u"Verdana", u"DejaVu Sans", QFont::Normal, 100, LineMetrics{2059 / kUnits, 2489 / kUnits}},
-    {u"Segoe WP", u"Open Sans", QFont::Normal, 95, LineMetrics{2210 / kUnits, 2724 / kUnits}},
+    {u"Segoe WP", u"Open Sans", QFont::Normal, 100, LineMetrics{2210 / kUnits, 2724 / kUnits}},
     {u"Segoe UI Semilight", u"Open Sans", QFont::Light, 95,
      LineMetrics{2210 / kUnits, 2724 / kUnits}},
 });
