@@ -43,9 +43,10 @@ WindowHandle ActiveWindow();
 
 enum class FileDialogKind { Open, Save };
 
-// `filter` has the form "Name|*.ext|Name|*.*||". The save dialog appends `defaultExtension` (with
-// or without its dot) when the typed name has none, and asks before it overwrites. Nothing when
-// the user cancelled.
+// `filter` has the form "Name|*.ext|Name|*.*||". The filter's extension, else
+// `defaultExtension` (with or without its dot) is appended to a typed name that has none, for
+// opening only when there is no file of the bare name. The save dialog asks before it overwrites.
+// Nothing when the user cancelled.
 std::optional<std::u16string> ShowFileDialog(WindowHandle owner, FileDialogKind kind,
                                              std::u16string_view defaultExtension,
                                              std::u16string_view filter);

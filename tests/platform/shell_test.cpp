@@ -123,6 +123,17 @@ TEST_F(FileDialogs, SaveAppendsTheExtensionWhateverTheFilterWhenNoneWasTyped) {
   }
 }
 
+TEST_F(FileDialogs, OpenAppendsTheExtensionUnlessTheBareNameExists) {
+  for (const char* name : {"old.tus", "bare", "bare.tus"}) Put(name);
+  for (const auto& [typed, expected] :
+       {std::pair("old", "old.tus"), {"bare", "bare"}, {"old.tus", "old.tus"}}) {
+    const Hands hands([&, name = std::string(typed)](X11Desktop& desktop) {
+      Enter(desktop, "Open", Path(name));
+    });
+    EXPECT_EQ(Ask(FileDialogKind::Open, u"All files (*.*)|*.*||"), Path(expected));
+  }
+}
+
 TEST_F(FileDialogs, SaveAsksBeforeItOverwritesTheFinalName) {
   Put("old.tus");
   const Hands hands([&](X11Desktop& desktop) {
