@@ -108,6 +108,25 @@ TEST_F(Input, ButtonsClickOnReleaseInsideAndOnSpace) {
   });
 }
 
+TEST_F(Input, TheDialogItselfTakesNoFocusAndAReleaseAloneIsNoClick) {
+  const std::string clicked = "dialog: command " + std::to_string(kButtonControl);
+  dialog_.onInit = [] { X11Desktop().HoldKey("space", true); };
+  RunWithHands(dialog_, [&](X11Desktop& desktop) {
+    WaitUntilShown(desktop);
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    desktop.HoldKey("space", false);
+    const Point bare = Screen(dialog_, 4, 4);
+    desktop.Click(bare.x, bare.y);
+    ASSERT_TRUE(dialog_.log.WaitFor("dialog: up 4,4"));
+    EXPECT_EQ(dialog_.log.Count(clicked), 0) << "the press came before the window";
+    for (int times = 1; times <= 3; ++times) {
+      desktop.PressKey("space");
+      EXPECT_TRUE(support::Eventually([&] { return dialog_.log.Count(clicked) == times; }));
+      desktop.PressKey("Tab");  // leads back to the only button
+    }
+  });
+}
+
 TEST_F(Input, EnterEscapeAndCloseEndTheDialog) {
   struct Case {
     std::string key;  // empty: the window manager's close

@@ -231,6 +231,12 @@ void X11Desktop::PressKeyAtOnce(const std::string& key) {
   XSync(impl_->display, False);
 }
 
+void X11Desktop::HoldKey(const std::string& key, bool down) {
+  const KeyCode code = XKeysymToKeycode(impl_->display, XStringToKeysym(key.c_str()));
+  XTestFakeKeyEvent(impl_->display, code, down ? True : False, 0);
+  XSync(impl_->display, False);
+}
+
 void X11Desktop::Type(const std::string& text) {
   for (const char letter : text) {
     const bool capital = letter >= 'A' && letter <= 'Z';

@@ -1,6 +1,7 @@
 #include "platform/linux/windows/control_window.h"
 
 #include <QKeyEvent>
+#include <utility>
 
 #include "platform/linux/windows/window_table.h"
 
@@ -35,15 +36,25 @@ void ControlWindow::SetText(std::u16string_view text) {
 }
 
 void ControlWindow::keyPressEvent(QKeyEvent* event) {
-  if (!IsClickKey(*event)) NativeWindow::keyPressEvent(event);
+  if (IsClickKey(*event)) {
+    isKeyDown_ = true;
+  } else {
+    NativeWindow::keyPressEvent(event);
+  }
 }
 
 void ControlWindow::keyReleaseEvent(QKeyEvent* event) {
-  if (IsClickKey(*event) && AcceptsInput() && dynamic_cast<Button*>(&Target()) != nullptr) {
+  if (!IsClickKey(*event)) return NativeWindow::keyReleaseEvent(event);
+  // A press that another window got is none of this button.
+  const bool isPress = std::exchange(isKeyDown_, false);
+  if (isPress && AcceptsInput() && dynamic_cast<Button*>(&Target()) != nullptr) {
     NotifyClicked(Target());
-  } else {
-    NativeWindow::keyReleaseEvent(event);
   }
+}
+
+void ControlWindow::focusOutEvent(QFocusEvent* event) {
+  isKeyDown_ = false;
+  NativeWindow::focusOutEvent(event);
 }
 
 void NotifyClicked(Window& button) {

@@ -18,8 +18,10 @@ class ControlWindow : public NativeWindow {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
 
  private:
+  bool isKeyDown_ = false;  // the key that clicks
   std::u16string text_;
 };
 

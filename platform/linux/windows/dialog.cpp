@@ -83,6 +83,7 @@ void FocusFirstControl(DialogWindow& window) {
       return widget->setFocus(Qt::OtherFocusReason);
     }
   }
+  window.setFocus(Qt::OtherFocusReason);
 }
 
 }  // namespace

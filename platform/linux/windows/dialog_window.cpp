@@ -16,9 +16,7 @@
 namespace platform {
 
 DialogWindow::DialogWindow(Window& window, QWidget* owner, Qt::WindowFlags flags, std::uint16_t id)
-    : NativeWindow(window, owner, flags, id) {
-  setFocusPolicy(Qt::StrongFocus);
-}
+    : NativeWindow(window, owner, flags, id) {}
 
 void DialogWindow::RunModal() {
   if (!ended_) loop_.exec();
