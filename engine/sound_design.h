@@ -2,55 +2,52 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 
+#include "engine/curve_transfer.h"
+#include "engine/section.h"
 #include "engine/sound_settings.h"
 
 namespace engine {
 
-// Rates that sound is made for, Hz. A rate beyond them is designed for as the nearest of them.
+// Rates that sound is made for, Hz. For one beyond them the nearest counts.
 inline constexpr double kLowestSampleRate = 8000.0;
 inline constexpr double kHighestSampleRate = 768000.0;
 
-// A second-order section H(z) = (b0 + b1 z^-1 + b2 z^-2) / (1 + a1 z^-1 + a2 z^-2). A fresh one
-// lets everything pass.
-struct Section {
-  double b0 = 1.0;
-  double b1 = 0.0;
-  double b2 = 0.0;
-  double a1 = 0.0;
-  double a2 = 0.0;
+// Each delay of a section is so many frames long at the highest rate.
+inline constexpr std::size_t kMaxStride = 16;
 
-  bool operator==(const Section&) const = default;
-};
+// The bands' sections come first, a row of one section for each band and after it the next row; the
+// bass and treble knobs' two are the last.
+inline constexpr std::size_t kMaxRows = CurveTransfer::kSections;
+inline constexpr std::size_t kToneSections = 2;
+inline constexpr std::size_t kMaxSections = kMaxRows * dsp::kBandCount + kToneSections;
 
-// Sections that one band may need: the panel's curve is that of a filter at 48 kHz, and at other
-// rates takes two sections to follow.
-inline constexpr std::size_t kSectionsPerBand = 2;
-inline constexpr std::size_t kBandSections = dsp::kBandCount * kSectionsPerBand;
-
-// Everything the audio thread needs to make a sound at one rate. A plain value without pointers,
-// for copying between threads.
+// Everything that the audio thread needs to make a sound at one rate: a plain value without
+// pointers. What depends on the rate alone is the same in all designs for it.
 struct SoundDesign {
   double sampleRate = 48000.0;  // Hz
-
-  // The first `bandSections` of `bands` are the cascade of all bands, each delay in them being
-  // `bandStride` frames long. The number depends on the rate alone.
-  std::size_t bandSections = dsp::kBandCount;
-  std::size_t bandStride = 1;
-  std::array<Section, kBandSections> bands{};
-
-  Section bass;
-  Section treble;
-  double sideGain = 1.0;  // of half the difference of the channels
-  double loudness = 0.0;  // 0 to 1, how much of the contour is applied
+  std::size_t rows = 1;
+  std::size_t stride = 1;
+  std::array<Section, kMaxSections> sections{};
+  double width = 1.0;     // gain of the channels' difference
+  double loudness = 0.0;  // 0 to 1, the contour's part that is applied
 
   bool operator==(const SoundDesign&) const = default;
+
+  std::span<const Section> Bands() const {
+    return std::span(sections).first(rows * dsp::kBandCount);
+  }
+  std::span<const Section> AllSections() const {
+    return std::span(sections).first(rows * dsp::kBandCount + kToneSections);
+  }
 };
 
-// For the control thread: takes some microseconds and does not allocate. `sampleRate` in Hz.
+// For the control thread: takes some microseconds at 48 kHz and its multiples, less than a
+// millisecond at other rates. `sampleRate` in Hz.
 SoundDesign DesignSound(const SoundSettings& settings, double sampleRate);
 
-// The magnitude of the design's bands at `frequency` Hz, a linear factor.
-double BandMagnitude(const SoundDesign& design, double frequency);
+// The magnitude of `sections`, one after the other, at `frequency` Hz: a linear factor.
+double Magnitude(const SoundDesign& design, std::span<const Section> sections, double frequency);
 
 }  // namespace engine

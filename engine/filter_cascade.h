@@ -1,0 +1,55 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "engine/frame.h"
+#include "engine/sound_design.h"
+
+namespace engine {
+
+// All sections of a design, one after the other, in double precision: what single precision adds to
+// filters at 31 Hz can be heard. A plain value: a copy goes on from the same past.
+class FilterCascade {
+ public:
+  // Forgets the past.
+  void Start(const SoundDesign& design) noexcept;
+  // Goes on from the past with other filters, for the same rate.
+  void Change(const SoundDesign& design) noexcept;
+
+  void Process(Frame* frames, std::size_t count) noexcept;
+
+ private:
+  // Sections that run together, their states in registers.
+  static constexpr std::size_t kGroup = 5;
+  static_assert(dsp::kBandCount % kGroup == 0 && kToneSections <= kGroup);
+
+  struct Coefficients {
+    Frame b1, b2, a1, a2;
+  };
+  // Of a section in the transposed direct form II.
+  struct State {
+    Frame s1, s2;
+  };
+
+  void TakeFilters(const SoundDesign& design) noexcept;
+
+  template <std::size_t kCount>
+  void RunSections(std::size_t first, Frame* frames, std::size_t count) noexcept;
+
+  std::size_t sectionCount_ = 0;
+  std::size_t stride_ = 1;
+  std::size_t phase_ = 0;  // of the next frame
+  // Frames until sections that do nothing have let go of the past and need not run.
+  std::size_t settling_ = 0;
+  // The sections run without their gains, and this is the product.
+  Frame gain_ = Both(1.0);
+  std::array<Coefficients, kMaxSections> coefficients_;
+  std::array<bool, kMaxSections> neutral_{};
+  // Product of the gains up to a section, itself included: what its state lacks.
+  std::array<double, kMaxSections> gainsUpTo_;
+  // Frames that share no delay have states of their own.
+  std::array<std::array<State, kMaxSections>, kMaxStride> states_;
+};
+
+}  // namespace engine

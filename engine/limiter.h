@@ -1,0 +1,78 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "engine/frame.h"
+#include "engine/true_peak.h"
+
+namespace engine {
+
+// Keeps the true peak of both channels under -1 dB of full scale, the sound as it is where it is
+// under that anyway. The gain, one for both channels, starts to fall before a peak arrives.
+class Limiter {
+ public:
+  // Forgets the past. `sampleRate` in Hz, within the design's limits.
+  void Start(double sampleRate) noexcept;
+
+  // At most a block of frames, of any height that a float can tell.
+  void Process(const Frame* frames, std::size_t count, float* left, float* right) noexcept;
+
+  static std::size_t LatencyFrames(double sampleRate);
+
+ private:
+  // Gains are whole numbers in the long sums, which else would drift; this is 1.
+  static constexpr std::int64_t kUnity = std::int64_t{1} << 40;
+  static constexpr std::size_t kMaxHalf = 512;
+  static constexpr std::size_t kMaxLatency = 1024;
+
+  // The sum of the latest `size` gains.
+  class MovingSum {
+   public:
+    void Start(std::size_t size, std::int64_t value) noexcept;
+    std::int64_t Next(std::int64_t value) noexcept;
+
+   private:
+    std::size_t size_ = 1;
+    std::size_t at_ = 0;
+    std::int64_t sum_ = 0;
+    std::array<std::int64_t, kMaxHalf> latest_{};
+  };
+
+  // The least of the latest `size` gains.
+  class MovingMinimum {
+   public:
+    void Start(std::size_t size) noexcept;
+    std::int64_t Next(std::int64_t value) noexcept;
+
+   private:
+    struct Entry {
+      std::int64_t value;
+      std::uint32_t time;
+    };
+    // Each entry is less than those after it; a greater one that came earlier can never count.
+    std::uint32_t size_ = 1;
+    std::uint32_t now_ = 0;
+    std::uint32_t first_ = 0;
+    std::uint32_t end_ = 0;
+    std::array<Entry, kMaxLatency> entries_{};
+  };
+
+  bool MayPeak(std::size_t count) const noexcept;
+  float NextGain(float peak) noexcept;
+
+  TruePeakEstimator estimator_;
+  std::size_t latency_ = 1;
+  std::int64_t release_ = 0;  // part of the way back to 1 in one frame, of 2^20
+  double scale_ = 1.0;        // of the sum of sums, to give a gain
+  std::int64_t held_ = kUnity;
+  std::size_t atUnity_ = 0;  // frames since the gain was last below 1
+  MovingMinimum minimum_;
+  MovingSum smooth_;
+  MovingSum smoother_;
+  // Each channel's latest `latency_` samples, then those of the block.
+  std::array<std::array<float, kMaxLatency + kBlockFrames>, 2> lines_{};
+};
+
+}  // namespace engine

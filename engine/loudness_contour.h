@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+
+#include "engine/frame.h"
+
+namespace engine {
+
+// Gives back what the ear loses in quiet passages: the lower the level, the more bass and, less so,
+// treble (Fletcher and Munson 1933; ISO 226). Both are shelves of the first order whose gains
+// follow the level without steps. A plain value: a copy goes on from the same past.
+class LoudnessContour {
+ public:
+  // Forgets the past. `sampleRate` in Hz; `amount` 0 (nothing) to 1.
+  void Start(double sampleRate, double amount) noexcept;
+  // Goes on from the past.
+  void Change(double amount) noexcept { amount_ = amount; }
+
+  // `count` must not pass the end of a block.
+  void Process(Frame* frames, std::size_t count) noexcept;
+
+ private:
+  void EndBlock() noexcept;
+
+  // How fast something follows, the part of the way in one step.
+  Frame bassPole_;
+  Frame treblePole_;
+  double rise_ = 0.0;
+  double fall_ = 0.0;
+  double amount_ = 0.0;
+
+  std::size_t framesInBlock_ = 0;
+  Frame energy_;             // of the block's frames so far
+  double meanSquare_ = 0.0;  // smoothed, full scale 1
+
+  Frame low_;    // the bass of what was heard
+  Frame under_;  // all but the treble
+  // How much is added of bass or treble: now, at the end of the block, and more with each frame.
+  struct Shelf {
+    Frame gain;
+    Frame goal;
+    Frame step;
+
+    void SetOut(double decibels) noexcept;
+  };
+  Shelf bass_;
+  Shelf treble_;
+};
+
+}  // namespace engine
