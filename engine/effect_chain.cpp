@@ -26,9 +26,10 @@ void EffectChain::Change(const SoundDesign& design) noexcept {
 void EffectChain::Process(Frame* frames, std::size_t count) noexcept {
   filters_.Process(frames, count);
   loudness_.Process(frames, count);
+  const Frame widening = widening_;
   for (std::size_t f = 0; f < count; ++f) {
     const Frame x = frames[f];
-    frames[f] = x + widening_ * (x - Swapped(x));
+    frames[f] = x + widening * (x - Swapped(x));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "engine/filter_cascade.h"
 
 #include <algorithm>
+#include <span>
 
 namespace engine {
 
@@ -72,11 +73,12 @@ void FilterCascade::Process(Frame* frames, std::size_t count) noexcept {
     if (size == kGroup) {
       RunSections<kGroup>(first, frames, count);
     } else {
-      RunSections<kToneSections>(first, frames, count);
+      RunSections<kRest>(first, frames, count);
     }
   }
+  const Frame gain = gain_;
   for (std::size_t f = 0; f < count; ++f) {
-    frames[f] = frames[f] * gain_;
+    frames[f] = frames[f] * gain;
   }
   settling_ -= std::min(settling_, count);
   phase_ = (phase_ + count) % stride_;

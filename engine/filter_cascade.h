@@ -21,8 +21,10 @@ class FilterCascade {
 
  private:
   // Sections that run together, their states in registers.
-  static constexpr std::size_t kGroup = 5;
-  static_assert(dsp::kBandCount % kGroup == 0 && kToneSections <= kGroup);
+  static constexpr std::size_t kGroup = 6;
+  // What is left for the last group, with one row or three.
+  static constexpr std::size_t kRest = kMaxSections % kGroup;
+  static_assert((dsp::kBandCount + kToneSections) % kGroup == 0);
 
   struct Coefficients {
     Frame b1, b2, a1, a2;

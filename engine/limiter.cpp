@@ -8,10 +8,10 @@
 namespace engine {
 namespace {
 
-// A third of a dB under the limit: so much of a peak can hide between four points for each sample.
-constexpr float kCeiling = 0.8577F;
-constexpr double kAttackTime = 0.00125;  // s
-constexpr double kReleaseTime = 0.15;    // s
+// Half a dB under the limit: so much of a peak near half of the rate the estimate may miss.
+constexpr float kCeiling = 0.8423F;
+constexpr double kAttackTime = 0.001;  // s
+constexpr double kReleaseTime = 0.15;  // s
 constexpr std::int64_t kReleaseUnit = std::int64_t{1} << 20;
 
 // The gain is smoothed by two moving sums of this many frames each.
@@ -37,21 +37,25 @@ std::int64_t Limiter::MovingSum::Next(std::int64_t value) noexcept {
 }
 
 void Limiter::MovingMinimum::Start(std::size_t size) noexcept {
-  size_ = static_cast<std::uint32_t>(size);
-  now_ = first_ = end_ = 0;
+  size_ = (size + kGathered - 1) / kGathered;
+  at_ = 0;
+  inGathering_ = 0;
+  gathering_ = earlier_ = 1.0F;
+  latest_.fill(1.0F);
 }
 
-std::int64_t Limiter::MovingMinimum::Next(std::int64_t value) noexcept {
-  constexpr std::uint32_t kMask = kMaxLatency - 1;
-  while (end_ != first_ && entries_[(end_ - 1) & kMask].value >= value) {
-    --end_;
+float Limiter::MovingMinimum::Next(float value) noexcept {
+  gathering_ = std::min(gathering_, value);
+  const float least = std::min(gathering_, earlier_);
+  if (++inGathering_ == kGathered) {
+    latest_[at_] = gathering_;
+    at_ = at_ + 1 == size_ ? 0 : at_ + 1;
+    earlier_ =
+        *std::min_element(latest_.begin(), latest_.begin() + static_cast<std::ptrdiff_t>(size_));
+    inGathering_ = 0;
+    gathering_ = 1.0F;
   }
-  entries_[end_++ & kMask] = {value, now_};
-  if (now_ - entries_[first_ & kMask].time >= size_) {
-    ++first_;
-  }
-  ++now_;
-  return entries_[first_ & kMask].value;
+  return least;
 }
 
 // A sample's gain is the mean over the last frames of the attack. It has come down fully for all
@@ -74,24 +78,16 @@ void Limiter::Start(double sampleRate) noexcept {
   for (auto& line : lines_) line.fill(0.0F);
 }
 
-bool Limiter::MayPeak(std::size_t count) const noexcept {
-  float highest = 0.0F;
-  for (const auto& line : lines_) {
-    const float* const end = &line[latency_ + count];
-    for (const float* x = &line[latency_ - TruePeakEstimator::kPast]; x != end; ++x) {
-      highest = std::max(highest, std::abs(*x));
-    }
-  }
-  return highest * estimator_.HighestGain() > kCeiling;
+bool Limiter::MayExceed(std::size_t count) const noexcept {
+  return std::ranges::any_of(lines_, [&](const auto& line) {
+    return estimator_.MayExceed(kCeiling, &line[latency_], count);
+  });
 }
 
-float Limiter::NextGain(float peak) noexcept {
-  const std::int64_t wanted =
-      peak > kCeiling ? static_cast<std::int64_t>(static_cast<double>(kUnity) * (kCeiling / peak))
-                      : kUnity;
-  const std::int64_t least = minimum_.Next(wanted);
+float Limiter::Smooth(float wanted) noexcept {
+  const auto least = static_cast<std::int64_t>(static_cast<float>(kUnity) * minimum_.Next(wanted));
   const std::int64_t released = held_ + (kUnity - held_) * release_ / kReleaseUnit + 1;
-  held_ = std::min({released, least, kUnity});
+  held_ = std::min(std::min(released, least), kUnity);
   atUnity_ = held_ == kUnity ? atUnity_ + 1 : 0;
   return static_cast<float>(static_cast<double>(smoother_.Next(smooth_.Next(held_))) * scale_);
 }
@@ -101,17 +97,18 @@ void Limiter::Process(const Frame* frames, std::size_t count, float* left, float
     lines_[0][latency_ + f] = static_cast<float>(frames[f].lanes[0]);
     lines_[1][latency_ + f] = static_cast<float>(frames[f].lanes[1]);
   }
-  const bool mayPeak = MayPeak(count);
-  if (!mayPeak && atUnity_ >= latency_) {
+  const bool mayExceed = MayExceed(count);
+  if (!mayExceed && atUnity_ >= latency_) {
     std::copy_n(lines_[0].begin(), count, left);
     std::copy_n(lines_[1].begin(), count, right);
+    minimum_.Skip(count);
   } else {
     std::array<float, kBlockFrames> peaks{};
-    if (mayPeak) {
+    if (mayExceed) {
       for (const auto& line : lines_) estimator_.RaisePeaks(&line[latency_], count, peaks.data());
     }
     for (std::size_t f = 0; f < count; ++f) {
-      const float gain = NextGain(peaks[f]);
+      const float gain = Smooth(kCeiling / std::max(peaks[f], kCeiling));
       left[f] = lines_[0][f] * gain;
       right[f] = lines_[1][f] * gain;
     }

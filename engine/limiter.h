@@ -40,27 +40,28 @@ class Limiter {
     std::array<std::int64_t, kMaxHalf> latest_{};
   };
 
-  // The least of the latest `size` gains.
+  // The least of at least the latest `size` gains, some few more in number.
   class MovingMinimum {
    public:
     void Start(std::size_t size) noexcept;
-    std::int64_t Next(std::int64_t value) noexcept;
+    float Next(float value) noexcept;
+    // The same as so many times Next(1) while all are 1.
+    void Skip(std::size_t count) noexcept { inGathering_ = (inGathering_ + count) % kGathered; }
 
    private:
-    struct Entry {
-      std::int64_t value;
-      std::uint32_t time;
-    };
-    // Each entry is less than those after it; a greater one that came earlier can never count.
-    std::uint32_t size_ = 1;
-    std::uint32_t now_ = 0;
-    std::uint32_t first_ = 0;
-    std::uint32_t end_ = 0;
-    std::array<Entry, kMaxLatency> entries_{};
+    // Gains are gathered by so many, and of the gatherings the least is kept.
+    static constexpr std::size_t kGathered = 8;
+
+    std::size_t size_ = 1;  // gatherings
+    std::size_t at_ = 0;
+    std::size_t inGathering_ = 0;
+    float gathering_ = 1.0F;  // least of the current one
+    float earlier_ = 1.0F;    // least of all others
+    std::array<float, kMaxLatency / kGathered + 1> latest_{};
   };
 
-  bool MayPeak(std::size_t count) const noexcept;
-  float NextGain(float peak) noexcept;
+  bool MayExceed(std::size_t count) const noexcept;
+  float Smooth(float wanted) noexcept;
 
   TruePeakEstimator estimator_;
   std::size_t latency_ = 1;

@@ -23,6 +23,10 @@ double PartOfTheWay(double steps) {
 
 }  // namespace
 
+LoudnessContour::Pole LoudnessContour::MakePole(double part) noexcept {
+  return {.kept = Both(1.0 - part), .taken = Both(part)};
+}
+
 // For a shelf of this height, to be reached at the end of the next block.
 void LoudnessContour::Shelf::SetOut(double decibels) noexcept {
   gain = goal;
@@ -34,23 +38,34 @@ void LoudnessContour::Start(double sampleRate, double amount) noexcept {
   *this = {};
   const double blocksPerSecond = sampleRate / static_cast<double>(kBlockFrames);
   const double perRadian = sampleRate / (2.0 * std::numbers::pi);
-  bassPole_ = Both(PartOfTheWay(perRadian / kBassCorner));
-  treblePole_ = Both(PartOfTheWay(perRadian / kTrebleCorner));
+  bassPole_ = MakePole(PartOfTheWay(perRadian / kBassCorner));
+  treblePole_ = MakePole(PartOfTheWay(perRadian / kTrebleCorner));
   rise_ = PartOfTheWay(kRiseTime * blocksPerSecond);
   fall_ = PartOfTheWay(kFallTime * blocksPerSecond);
   amount_ = amount;
 }
 
 void LoudnessContour::Process(Frame* frames, std::size_t count) noexcept {
+  // In registers: the compiler cannot know that no frame is one of the members.
+  Frame energy = energy_;
+  Frame low = low_;
+  Frame under = under_;
+  Frame bass = bass_.gain;
+  Frame treble = treble_.gain;
   for (std::size_t f = 0; f < count; ++f) {
     const Frame x = frames[f];
-    energy_ = energy_ + x * x;
-    low_ = low_ + bassPole_ * (x - low_);
-    under_ = under_ + treblePole_ * (x - under_);
-    bass_.gain = bass_.gain + bass_.step;
-    treble_.gain = treble_.gain + treble_.step;
-    frames[f] = x + (bass_.gain * low_ + treble_.gain * (x - under_));
+    energy = energy + x * x;
+    low = bassPole_.kept * low + bassPole_.taken * x;
+    under = treblePole_.kept * under + treblePole_.taken * x;
+    bass = bass + bass_.step;
+    treble = treble + treble_.step;
+    frames[f] = x + (bass * low + treble * (x - under));
   }
+  energy_ = energy;
+  low_ = low;
+  under_ = under;
+  bass_.gain = bass;
+  treble_.gain = treble;
   framesInBlock_ += count;
   if (framesInBlock_ == kBlockFrames) {
     EndBlock();

@@ -22,9 +22,16 @@ class LoudnessContour {
  private:
   void EndBlock() noexcept;
 
-  // How fast something follows, the part of the way in one step.
-  Frame bassPole_;
-  Frame treblePole_;
+  // What a low pass of the first order keeps of its state and takes of its input.
+  struct Pole {
+    Frame kept;
+    Frame taken;
+  };
+  static Pole MakePole(double part) noexcept;
+
+  Pole bassPole_;
+  Pole treblePole_;
+  // How fast the level follows, the part of the way in one block.
   double rise_ = 0.0;
   double fall_ = 0.0;
   double amount_ = 0.0;

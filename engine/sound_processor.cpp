@@ -16,12 +16,7 @@ constexpr double kFadeTime = 0.02;  // s
 
 // 60 dB over full scale. Nothing that is meant to be heard comes near, and whatever passes can be
 // computed with.
-constexpr float kHighestInput = 1000.0F;
-
-float Limited(float sample) {
-  const float number = sample == sample ? sample : 0.0F;
-  return std::clamp(number, -kHighestInput, kHighestInput);
-}
+constexpr double kHighestInput = 1000.0;
 
 }  // namespace
 
@@ -101,7 +96,7 @@ void SoundProcessor::Process(const float* inLeft, const float* inRight, float* o
     const std::size_t count = std::min(frames - done, kBlockFrames - state.framesInBlock);
     State::Block block;
     for (std::size_t f = 0; f < count; ++f) {
-      block[f] = MakeFrame(Limited(inLeft[done + f]), Limited(inRight[done + f]));
+      block[f] = Limited(MakeFrame(inLeft[done + f], inRight[done + f]), kHighestInput);
     }
     state.Run(block.data(), count);
     state.limiter.Process(block.data(), count, outLeft + done, outRight + done);

@@ -21,7 +21,7 @@ struct BandSettings {
 // sound the same way compare equal, whatever else they hold.
 struct SoundSettings {
   // Band k is element k - 1; none passes the sound through, as all do with the equalizer off.
-  std::array<std::optional<BandSettings>, dsp::kBandCount> bands;
+  std::array<std::optional<BandSettings>, dsp::kBandCount> bands{};
   float bass = 0.5F;      // 0 to 1, 0.5 is neutral
   float treble = 0.5F;    // 0 to 1, 0.5 is neutral
   float widener = 0.0F;   // 0 to 1, 0 is neutral or switched off

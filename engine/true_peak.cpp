@@ -1,58 +1,78 @@
 #include "engine/true_peak.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 namespace engine {
 namespace {
 
-// Of the Kaiser window: a wider one reads near half of the rate low, a narrower one ripples.
-constexpr double kBeta = 4.0;
+// Of the Kaiser windows: a higher one reads near half of the rate low, a lower one ripples.
+constexpr double kHalfBeta = 2.0;
+constexpr double kQuarterBeta = 3.0;
 
-double Sinc(double x) {
-  const double y = std::numbers::pi * x;
-  return y == 0.0 ? 1.0 : std::sin(y) / y;
+// Weights for the point in the middle of a band-limited signal's samples.
+template <std::size_t kTaps>
+std::array<float, kTaps> Interpolation(double beta) {
+  std::array<double, kTaps> taps{};
+  double sum = 0.0;
+  for (std::size_t k = 0; k < kTaps; ++k) {
+    const double x = static_cast<double>(k) + 0.5;
+    const double part = x / static_cast<double>(kTaps);
+    taps[k] = std::sin(std::numbers::pi * x) / (std::numbers::pi * x) *
+              std::cyl_bessel_i(0.0, beta * std::sqrt(1.0 - part * part));
+    sum += 2.0 * taps[k];
+  }
+  std::array<float, kTaps> rounded{};
+  for (std::size_t k = 0; k < kTaps; ++k) rounded[k] = static_cast<float>(taps[k] / sum);
+  return rounded;
+}
+
+float HighestGain(const auto& taps) {
+  float sum = 0.0F;
+  for (const float tap : taps) sum += 2.0F * std::abs(tap);
+  return 1.0001F * sum;
 }
 
 }  // namespace
 
-TruePeakEstimator::TruePeakEstimator() {
-  constexpr double kHalf = kTaps / 2;
-  for (std::size_t point = 0; point < kPoints; ++point) {
-    const double position = static_cast<double>(point + 1) / static_cast<double>(kPoints + 1);
-    std::array<double, kTaps> exact{};
-    double sum = 0.0;
-    for (std::size_t k = 0; k < kTaps; ++k) {
-      const double x = static_cast<double>(k) - kHalf + position;
-      exact[k] = Sinc(x) * std::cyl_bessel_i(0.0, kBeta * std::sqrt(1.0 - x * x / (kHalf * kHalf)));
-      sum += exact[k];
-    }
-    float magnitudes = 0.0F;
-    for (std::size_t k = 0; k < kTaps; ++k) {
-      taps_[point][k] = static_cast<float>(exact[k] / sum);
-      magnitudes += std::abs(taps_[point][k]);
-    }
-    highestGain_ = std::max(highestGain_, 1.0001F * magnitudes);
+TruePeakEstimator::TruePeakEstimator()
+    : half_(Interpolation<kHalfTaps>(kHalfBeta)),
+      quarter_(Interpolation<kQuarterTaps>(kQuarterBeta)),
+      highestGain_(HighestGain(half_) * HighestGain(quarter_)) {}
+
+bool TruePeakEstimator::MayExceed(float limit, const float* samples,
+                                  std::size_t count) const noexcept {
+  const float highest = limit / highestGain_;
+  int above = 0;
+  for (const float* x = samples - kPast; x != samples + count; ++x) {
+    above |= static_cast<int>(std::abs(*x) > highest);
   }
+  return above != 0;
 }
 
 void TruePeakEstimator::RaisePeaks(const float* samples, std::size_t count,
                                    float* peaks) const noexcept {
   const auto higher = [](float a, float b) { return a > b ? a : b; };
-  for (std::size_t i = 0; i < count; ++i) {
-    const float* const newest = samples + i;
-    float first = 0.0F;
-    float second = 0.0F;
-    float third = 0.0F;
-    for (std::size_t k = 0; k < kTaps; ++k) {
-      const float x = *(newest - k);
-      first += taps_[0][k] * x;
-      second += taps_[1][k] * x;
-      third += taps_[2][k] * x;
+  // Point i lies halfway between oldest[i] and oldest[i + 1].
+  const float* const oldest = samples - kQuarterTaps - kHalfTaps;
+  std::array<float, kBlockFrames + kQuarterTaps> halfway;
+  for (std::size_t i = 0; i < count + kQuarterTaps; ++i) {
+    float sum = 0.0F;
+    for (std::size_t k = 0; k < kHalfTaps; ++k) {
+      sum += half_[k] * (*(oldest + i - k) + *(oldest + i + 1 + k));
     }
-    const float between = higher(higher(std::abs(first), std::abs(second)), std::abs(third));
-    peaks[i] = higher(peaks[i], higher(between, std::abs(*(newest - kTaps / 2))));
+    halfway[i] = sum;
+  }
+  // From a sample to its successor, with two halves before and two after the one between them.
+  for (std::size_t i = 0; i < count; ++i) {
+    const float* const s = oldest + i + 2;
+    const float* const h = &halfway[i + 2];
+    const float first = quarter_[0] * (s[0] + h[0]) + quarter_[1] * (h[-1] + s[1]) +
+                        quarter_[2] * (s[-1] + h[1]) + quarter_[3] * (h[-2] + s[2]);
+    const float third = quarter_[0] * (h[0] + s[1]) + quarter_[1] * (s[0] + h[1]) +
+                        quarter_[2] * (h[-1] + s[2]) + quarter_[3] * (s[-1] + h[2]);
+    const float outer = higher(std::abs(first), std::abs(third));
+    peaks[i] = higher(peaks[i], higher(outer, higher(std::abs(s[0]), std::abs(h[0]))));
   }
 }
 

@@ -3,28 +3,39 @@
 #include <array>
 #include <cstddef>
 
+#include "engine/frame.h"
+
 namespace engine {
 
-// Estimates what lies between the samples as ITU-R BS.1770 does it: three more points after each
-// sample, by a polyphase interpolation filter.
+// Estimates what lies between the samples as ITU-R BS.1770 does it, from three more points after
+// each sample. Its own filter of 12 taps reads noise up to half of the rate 2 dB low. This one
+// finds the point halfway with more taps; with it the quarters are easy, since no sound is left in
+// the upper half of the doubled rate.
 class TruePeakEstimator {
+ private:
+  // On each side of a point: of a half, and of a quarter at the doubled rate.
+  static constexpr std::size_t kHalfTaps = 16;
+  static constexpr std::size_t kQuarterTaps = 4;
+
  public:
-  static constexpr std::size_t kTaps = 12;
-  static constexpr std::size_t kPast = kTaps - 1;
+  // An estimate is made of the latest sample and so many before it.
+  static constexpr std::size_t kPast = 2 * kHalfTaps - 1 + kQuarterTaps;
 
   TruePeakEstimator();
 
-  // `samples` is the first of `count` new ones, which kPast earlier ones precede in memory. Raises
-  // peaks[i] to the greatest magnitude from sample i - kTaps / 2 up to its successor.
+  // Whether any estimate of the same call of RaisePeaks might be above `limit`; false is certain.
+  bool MayExceed(float limit, const float* samples, std::size_t count) const noexcept;
+
+  // `samples` is the first of `count` new ones, at most a block, which kPast earlier ones precede
+  // in memory. Raises peaks[i] to the greatest magnitude from one sample to its successor, the same
+  // way behind sample i for each.
   void RaisePeaks(const float* samples, std::size_t count, float* peaks) const noexcept;
 
-  // No estimate is greater than the greatest sample times this.
-  float HighestGain() const { return highestGain_; }
-
  private:
-  static constexpr std::size_t kPoints = 3;
-
-  std::array<std::array<float, kTaps>, kPoints> taps_{};
+  // Element k weighs the sum of the two points that are k from the nearest.
+  std::array<float, kHalfTaps> half_{};
+  std::array<float, kQuarterTaps> quarter_{};
+  // No estimate is greater than the greatest sample times this.
   float highestGain_ = 1.0F;
 };
 
