@@ -1,0 +1,152 @@
+// The audio thread's rules, whatever it is given and for how long.
+#include <gtest/gtest.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+
+#include "tests/dsp/hostile_values.h"
+#include "tests/engine/player.h"
+#include "tests/faults/rounds.h"
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define TONALYX_SANITIZED  // allocates and calls the system by itself
+#else
+namespace {
+std::atomic<long> allocations{0};
+}
+// In place of the library's, whose memory it hands out.
+extern "C" void* __libc_malloc(std::size_t);
+extern "C" void* malloc(std::size_t size) {
+  ++allocations;
+  return __libc_malloc(size);
+}
+#endif
+
+namespace engine {
+namespace {
+
+SoundSettings RandomSettings(std::mt19937& random) {
+  std::array<float, dsp::kParameterCount> values = dsp::InitialParameters();
+  const auto between = [&](float low, float high) {
+    return std::uniform_real_distribution<float>(low, high)(random);
+  };
+  for (int band = 1; band <= dsp::kBandCount; ++band) {
+    dsp::SetBand(values, band,
+                 {.type = between(0.5F, 6.0F),
+                  .frequency = std::exp(between(3.0F, 9.9F)),
+                  .gain = between(0.25F, 4.0F),
+                  .q = between(0.1F, 5.0F)});
+  }
+  for (const int amount : {6, 223, 232, 250})
+    values[dsp::ParameterIndex(amount)] = between(-0.1F, 1.1F);
+  for (const int onOff : {5, 117, 221}) values[dsp::ParameterIndex(onOff)] = between(-0.3F, 1.0F);
+  return DecodeSettings(values);
+}
+
+Stereo Silence(std::size_t frames) {
+  return Signal(frames, [](std::size_t) { return 0.0; });
+}
+
+bool AllFinite(const Stereo& sound) {
+  return std::ranges::all_of(sound.left, [](float x) { return std::isfinite(x); }) &&
+         std::ranges::all_of(sound.right, [](float x) { return std::isfinite(x); });
+}
+
+bool IsSilent(const Stereo& sound) {
+  return std::ranges::all_of(sound.left, [](float x) { return x == 0.0F; }) &&
+         std::ranges::all_of(sound.right, [](float x) { return x == 0.0F; });
+}
+
+TEST(EnduranceTest, AbsurdSetsAndSamplesPassAndSilenceReturns) {
+  for (const float hostile : dsp::kHostileValues) {
+    std::array<float, dsp::kParameterCount> values{};
+    values.fill(hostile);
+    for (const float type : {0.0F, 1.0F, 2.0F, 3.0F, 4.0F, 5.0F}) {
+      if (type > 0.0F) {
+        dsp::SetBand(values, 1, {1.0F, type, hostile, hostile, hostile});
+        values[dsp::ParameterIndex(dsp::kEqualizerEnable)] = 1.0F;
+      }
+      Player player(48000.0, DecodeSettings(values));
+      EXPECT_TRUE(AllFinite(player.Play(Signal(500, [&](std::size_t) { return hostile; }))));
+      EXPECT_TRUE(AllFinite(player.Play(Signal(500, Noise(1.0)))));
+      player.Play(Silence(40 * 48000));
+      EXPECT_TRUE(IsSilent(player.Play(Silence(500)))) << hostile << " " << type;
+    }
+  }
+  Player player(48000.0);
+  EXPECT_TRUE(IsSilent(player.Play(Silence(10000))));
+}
+
+#ifndef TONALYX_SANITIZED
+// In a process that may only read, write and end, through changes of sound and rate.
+TEST(EnduranceTest, NeitherAllocatesNorCallsTheSystemNorFaults) {
+  std::mt19937 random(1);
+  std::vector<SoundDesign> designs;
+  for (int i = 0; i < 20; ++i) {
+    designs.push_back(DesignSound(RandomSettings(random), i % 10 < 5 ? 48000.0 : 44100.0));
+  }
+  Stereo sound = Signal(8192, Noise(1.5));
+  DesignExchange exchange;
+  const auto playAll = [&](SoundProcessor& processor) {
+    for (const SoundDesign& design : designs) {
+      exchange.Publish(design);
+      processor.Process(sound.left.data(), sound.right.data(), sound.left.data(),
+                        sound.right.data(), 8192);
+    }
+  };
+  SoundProcessor loadsTheCode(exchange);
+  playAll(loadsTheCode);
+  SoundProcessor processor(exchange);
+  rusage before{};
+  rusage after{};
+  const long allocationsBefore = allocations;
+  getrusage(RUSAGE_THREAD, &before);
+  playAll(processor);
+  getrusage(RUSAGE_THREAD, &after);
+  EXPECT_EQ(allocations, allocationsBefore);
+  EXPECT_EQ(after.ru_minflt + after.ru_majflt, before.ru_minflt + before.ru_majflt);
+
+  const pid_t child = fork();
+  if (child == 0) {
+    prctl(PR_SET_SECCOMP, SECCOMP_MODE_STRICT);
+    playAll(processor);
+    syscall(SYS_exit, 0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status)) << "killed by signal " << WTERMSIG(status);
+}
+#endif
+
+// As many minutes as there are rounds, with another sound every half second: then a fresh engine
+// and this one are the same to the last bit.
+TEST(EnduranceTest, NothingIsLeftOfHours) {
+  constexpr double kRate = 48000.0;
+  constexpr std::size_t kPiece = 24000;
+  std::mt19937 random = faults::Random();
+  const std::array<Stereo, 4> pieces = {
+      Signal(kPiece, Noise(1.5, 1), Noise(0.1, 2)), Silence(kPiece),
+      Signal(kPiece, Sine(50.0, 0.7, kRate), Sine(9000.0, 0.7, kRate)),
+      Signal(kPiece, [](std::size_t i) { return i % 5000 == 0 ? 1e9 : 1e-39; })};
+  Player old(kRate);
+  const int halfSeconds = 120 * faults::Rounds();
+  for (int i = 0; i < halfSeconds; ++i) {
+    old.Set(RandomSettings(random));
+    ASSERT_TRUE(AllFinite(old.Play(pieces[random() % pieces.size()]))) << i;
+  }
+  old.Set({});
+  old.Play(Silence(20 * 48000));
+  Player fresh(kRate);
+  for (Player* player : {&old, &fresh}) player->Play(Silence(48000));
+  const Stereo loud = Signal(kPiece, Noise(0.9, 3), Noise(0.9, 4));
+  EXPECT_EQ(old.Play(loud).left, fresh.Play(loud).left);
+}
+
+}  // namespace
+}  // namespace engine

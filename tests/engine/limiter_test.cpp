@@ -1,0 +1,94 @@
+// Whatever comes in, nothing leaves above -1 dB of full scale, between the samples either.
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+#include "engine/limiter.h"
+#include "tests/engine/player.h"
+
+namespace engine {
+namespace {
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr std::size_t kFrames = 24000;
+
+struct Hostile {
+  std::string name;
+  std::function<double(std::size_t)> sample;
+};
+
+// A level that jumps by 60 dB, up and down.
+double Jumping(std::size_t i) {
+  return (i / 3000 % 2 == 0 ? 0.003 : 3.0) * Sine(997.0, 1.0, 48000.0)(i);
+}
+
+// Chirps through all frequencies up to half of the rate, over full scale.
+double Chirp(std::size_t i) {
+  const double x = static_cast<double>(i) / kFrames;
+  return 4.0 * std::sin(0.5 * std::numbers::pi * x * static_cast<double>(i));
+}
+
+std::vector<Hostile> HostileSignals() {
+  std::vector<Hostile> signals = {
+      {"noise", Noise(2.0)},
+      {"huge noise", Noise(1e30)},
+      {"signs",
+       [noise = Noise(1.0)](std::size_t i) mutable { return noise(i) > 0.0 ? 1.0 : -1.0; }},
+      {"square", [](std::size_t i) { return i / 24 % 2 == 0 ? 1.0 : -1.0; }},
+      {"impulses", [](std::size_t i) { return i % 1000 == 500 ? 30.0 : 0.0; }},
+      {"jumping", Jumping},
+      {"chirp", Chirp},
+      // All energy at frequencies whose peaks hide between the samples.
+      {"a quarter of the rate",
+       [](std::size_t i) {
+         return 1.4 * std::sin(std::numbers::pi * (0.5 * static_cast<double>(i) + 0.25));
+       }},
+      {"a third of the rate",
+       [](std::size_t i) {
+         return 1.4 * std::sin(std::numbers::pi * (2.0 / 3.0 * static_cast<double>(i) + 0.15));
+       }},
+      {"ends", [](std::size_t i) { return i % 7 == 0 ? 3.4e38 : -3.4e38; }},
+      {"no numbers", [](std::size_t i) {
+         return i % 3 == 0 ? kNan : i % 3 == 1 ? kInfinity : -1.0;
+       }}};
+  for (const double part : {0.05, 0.3, 0.4, 0.4535, 0.49}) {
+    signals.push_back({"sine at " + std::to_string(part), Sine(part, 2.0, 1.0)});
+  }
+  return signals;
+}
+
+TEST(LimiterTest, NothingPassesOneDecibelUnderFullScale) {
+  SoundSettings loud{.bass = 1.0F, .treble = 1.0F, .widener = 1.0F, .loudness = 1.0F};
+  for (const Hostile& hostile : HostileSignals()) {
+    for (const SoundSettings& settings : {SoundSettings{}, loud}) {
+      const Stereo out = Player(48000.0, settings).Play(Signal(kFrames, hostile.sample));
+      EXPECT_LE(Decibels(TruePeak(out.left)), -1.0) << hostile.name;
+      EXPECT_TRUE(std::ranges::all_of(out.left, [](float x) { return std::isfinite(x); }));
+    }
+  }
+}
+
+// What stays under the limit comes out as it went in, to the bit and so much later; what does not
+// is as loud as may be.
+TEST(LimiterTest, TakesNothingFromWhatIsLowEnough) {
+  for (const double rate : {8000.0, 44100.0, 48000.0, 96000.0, 768000.0}) {
+    const std::size_t latency = LatencyFrames(rate);
+    EXPECT_LE(static_cast<double>(latency), 0.00125 * rate + 32.0)
+        << "1.25 ms and the estimate's taps";
+    Stereo in = Signal(20000, Noise(0.1, 1), Sine(440.0, 0.78, rate));
+    in.left[100] = 0.6F;
+    const Stereo out = Player(rate).Play(in);
+    for (std::size_t i = 0; i + latency < in.left.size(); ++i) {
+      ASSERT_EQ(out.left[i + latency], in.left[i]) << rate << " " << i;
+      ASSERT_EQ(out.right[i + latency], in.right[i]) << rate << " " << i;
+    }
+  }
+  const Stereo loud = Player(48000.0).Play(Signal(48000, Sine(1000.0, 2.0, 48000.0)));
+  EXPECT_NEAR(Decibels(Amplitude(loud.left, 1000.0, 48000.0, 24000)), -1.0, 0.6);
+  EXPECT_LT(Amplitude(loud.left, 3000.0, 48000.0, 24000), 0.001) << "no distortion";
+}
+
+}  // namespace
+}  // namespace engine

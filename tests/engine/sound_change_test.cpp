@@ -1,0 +1,157 @@
+// Changes while something plays.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "tests/engine/player.h"
+
+namespace engine {
+namespace {
+
+constexpr double kRate = 48000.0;
+constexpr double kTone = 375.0;  // Hz
+constexpr std::size_t kSecond = 48000;
+
+SoundSettings AllBands(float gain) {
+  SoundSettings settings;
+  float frequency = 31.0F;
+  for (auto& band : settings.bands) {
+    band = BandSettings{dsp::FilterType::Peaking, frequency, gain, 1.0F};
+    frequency = std::min(2.0F * frequency, 16000.0F);
+  }
+  return settings;
+}
+
+SoundSettings Filter(dsp::FilterType type, float frequency, float gain = 1.0F) {
+  SoundSettings settings;
+  settings.bands[2] = BandSettings{type, frequency, gain, 0.7F};
+  return settings;
+}
+
+// The highest sample of a channel once all below 4 kHz is taken away by a filter of the eighth
+// order.
+double HighPassed(std::vector<float> channel) {
+  const auto section = dsp::DesignBiquad(3, 4000.0F, 1.0F, 1.0F, 48000.0F).value();
+  std::vector<double> signal(channel.begin(), channel.end());
+  for (int pass = 0; pass < 4; ++pass) {
+    double x1 = 0.0, x2 = 0.0, y1 = 0.0, y2 = 0.0;
+    for (double& x : signal) {
+      const double y =
+          section.b0 * x + section.b1 * x1 + section.b2 * x2 - section.a1 * y1 - section.a2 * y2;
+      x2 = x1, x1 = x, y2 = y1, y1 = y;
+      x = y;
+    }
+  }
+  double highest = 0.0;
+  for (std::size_t i = kSecond / 2; i < signal.size(); ++i) {
+    highest = std::max(highest, std::abs(signal[i]));
+  }
+  return highest;
+}
+
+double Highest(const std::vector<float>& channel) {
+  double highest = 0.0;
+  for (const float x : channel) highest = std::max(highest, std::abs(static_cast<double>(x)));
+  return highest;
+}
+
+TEST(SoundChangeTest, FullRangeChangesDoNotClick) {
+  using dsp::FilterType;
+  const std::array<std::pair<SoundSettings, SoundSettings>, 6> changes = {{
+      {AllBands(0.2512F), AllBands(3.981F)},
+      {AllBands(3.981F), {}},
+      {Filter(FilterType::LowPass, 200.0F), Filter(FilterType::HighPass, 200.0F)},
+      {Filter(FilterType::LowShelving, 500.0F, 3.98F),
+       Filter(FilterType::LowShelving, 500.0F, 0.2512F)},
+      {{.bass = 0.0F, .loudness = 1.0F}, {.bass = 1.0F, .treble = 1.0F, .widener = 1.0F}},
+      {{}, Filter(FilterType::HighPass, 20000.0F)},
+  }};
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    for (const auto& [from, to] : {changes[i], std::pair(changes[i].second, changes[i].first)}) {
+      Player player(kRate, from);
+      const auto sine = Sine(kTone, 0.004, kRate);
+      Stereo heard = player.Play(Signal(kSecond, sine));
+      player.Set(to);
+      const Stereo after = player.Play(Signal(kSecond, [&](std::size_t n) { return sine(n); }));
+      const double loudest = std::max(Highest(heard.left), Highest(after.left));
+      heard.left.insert(heard.left.end(), after.left.begin(), after.left.end());
+      EXPECT_LE(Decibels(HighPassed(heard.left) / loudest), -60.0) << i;
+    }
+  }
+}
+
+// One that comes during a fade waits, and of several the last counts.
+TEST(SoundChangeTest, TheLastOfManyCounts) {
+  Player player(kRate);
+  const auto sine = Sine(kTone, 0.004, kRate);
+  for (int round = 0; round < 50; ++round) {
+    player.Set(Filter(dsp::FilterType::Peaking, 375.0F, round % 2 == 0 ? 0.25F : 4.0F));
+    player.Set(Filter(dsp::FilterType::Peaking, 375.0F, 2.0F + static_cast<float>(round % 3)));
+    player.Play(Signal(128, sine));
+  }
+  player.Set(Filter(dsp::FilterType::Peaking, 375.0F, 3.0F));
+  player.Play(Signal(kSecond, sine));
+  EXPECT_NEAR(Amplitude(player.Play(Signal(kSecond, sine)).left, kTone, kRate), 0.012, 1e-6);
+}
+
+TEST(SoundChangeTest, AnotherRateStartsFromSilence) {
+  DesignExchange exchange;
+  SoundProcessor processor(exchange);
+  std::vector<float> left(4096, 0.5F);
+  std::vector<float> right(4096, 0.5F);
+  processor.Process(left.data(), right.data(), left.data(), right.data(), left.size());
+  exchange.Publish(DesignSound({}, 96000.0));
+  left.assign(4096, 0.0F);
+  processor.Process(left.data(), left.data(), left.data(), right.data(), left.size());
+  EXPECT_EQ(Highest(left), 0.0);
+  left[0] = 0.25F;
+  processor.Process(left.data(), left.data(), left.data(), right.data(), left.size());
+  EXPECT_EQ(right[LatencyFrames(96000.0)], 0.25F);
+}
+
+TEST(SoundChangeTest, PortionsDoNotMatter) {
+  SoundSettings settings = AllBands(2.0F);
+  settings.bass = settings.widener = settings.loudness = 0.7F;
+  const Stereo in = Signal(kSecond, [noise = Noise(1.0)](std::size_t i) mutable {
+    return noise(i) * (i / 3000 % 3 == 0 ? 1.0 : 0.01);
+  });
+  DesignExchange exchange;
+  SoundProcessor processor(exchange);
+  exchange.Publish(DesignSound(settings, kRate));
+  Stereo out = in;
+  processor.Process(in.left.data(), in.right.data(), out.left.data(), out.right.data(), 64);
+  processor.Reset();
+  processor.Process(in.left.data(), in.right.data(), out.left.data(), out.right.data(), kSecond);
+  EXPECT_EQ(Player(kRate, settings).Play(in).left, out.left);
+}
+
+// Designs whose numbers all tell which one it is: none is torn, none older than the one before.
+TEST(DesignExchangeTest, HandsOverTheLatestWhole) {
+  constexpr int kDesigns = 20000;
+  DesignExchange exchange;
+  EXPECT_EQ(exchange.Take(), nullptr);
+  std::jthread control([&] {
+    SoundDesign design;
+    for (int n = 1; n <= kDesigns; ++n) {
+      for (Section& section : design.sections) section.gain = section.a2 = n;
+      design.width = design.loudness = n;
+      exchange.Publish(design);
+    }
+  });
+  double last = 0.0;
+  while (last < kDesigns) {
+    const SoundDesign* const design = exchange.Take();
+    if (design == nullptr) continue;
+    ASSERT_GT(design->width, last);
+    last = design->width;
+    ASSERT_EQ(design->loudness, last);
+    for (const Section& section : design->sections) {
+      ASSERT_TRUE(section.gain == last && section.a2 == last);
+    }
+  }
+  EXPECT_EQ(exchange.Take(), nullptr);
+}
+
+}  // namespace
+}  // namespace engine
