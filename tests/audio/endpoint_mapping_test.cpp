@@ -1,9 +1,18 @@
-// Sinks as endpoints: names, states and GUIDs.
+// Sinks as endpoints: names, states, ports and GUIDs; and the values of the lists behind them.
 #include <gtest/gtest.h>
+#include <pulse/def.h>
 
+#include <array>
+
+#include "platform/device_list.h"
+#include "platform/fake/fake_registry.h"
+#include "platform/guid.h"
+#include "platform/jack_state.h"
 #include "platform/linux/audio/adapter_name.h"
 #include "platform/linux/audio/pulse_endpoints.h"
+#include "platform/linux/audio/pulse_ports.h"
 #include "platform/linux/audio/uuid5.h"
+#include "tests/support/registry_tree.h"
 
 namespace platform {
 namespace {
@@ -77,7 +86,7 @@ PulseSink AnalogSink() {
 
 TEST(SinkToEndpointTest, MapsPortsToStatesAndNodes) {
   const ListedEndpoint speaker = SinkToEndpoint(AnalogSink());
-  EXPECT_EQ(speaker.id, u"{0.0.0.00000000}." + speaker.guid);
+  EXPECT_EQ(speaker.id, std::u16string(u"{0.0.0.00000000}.").append(speaker.guid));
   EXPECT_EQ(speaker.guid, SinkGuid(AnalogSink().name));
   EXPECT_EQ(speaker.adapter, u"Realtek High Definition Audio");
   EXPECT_EQ(speaker.jackSubType, u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}");
@@ -109,6 +118,123 @@ TEST(SinksToEndpointsTest, UnpluggedDefaultIsNone) {
   EXPECT_EQ(SinksToEndpoints(state).Default(), nullptr);
   state.defaultSink = "gone";
   EXPECT_EQ(SinksToEndpoints(state).Default(), nullptr);
+}
+
+// The names are those of PulseAudio's ALSA profiles and of PipeWire's cards.
+TEST(PulsePorts, TypeDecidesAndElseTheNameAndAvailabilityIsThePlug) {
+  using Kind = PulsePortKind;
+  constexpr int kNoType = PA_DEVICE_PORT_TYPE_UNKNOWN;
+  const struct {
+    const char* name;
+    int type;
+    Kind expected;
+  } ports[] = {
+      {"analog-output-headphones", PA_DEVICE_PORT_TYPE_SPEAKER, Kind::Speaker},
+      {"[Out] Speaker", PA_DEVICE_PORT_TYPE_HEADPHONES, Kind::Headphones},
+      {"headset-output", PA_DEVICE_PORT_TYPE_HEADSET, Kind::Headphones},
+      {"handset", PA_DEVICE_PORT_TYPE_EARPIECE, Kind::Headphones},
+      {"analog-output", PA_DEVICE_PORT_TYPE_LINE, Kind::LineOut},
+      {"analog-output", PA_DEVICE_PORT_TYPE_SPDIF, Kind::Spdif},
+      {"analog-output", PA_DEVICE_PORT_TYPE_HDMI, Kind::Display},
+      {"analog-output", PA_DEVICE_PORT_TYPE_TV, Kind::Display},
+      {"analog-output-speaker", kNoType, Kind::Speaker},
+      {"[Out] Speaker", kNoType, Kind::Speaker},
+      {"analog-output-headphones-2", kNoType, Kind::Headphones},
+      {"[Out] Headphones", kNoType, Kind::Headphones},
+      {"[Out] Headset", kNoType, Kind::Headphones},
+      {"analog-output-lineout", kNoType, Kind::LineOut},
+      {"[Out] Line", kNoType, Kind::LineOut},
+      {"iec958-stereo-output", kNoType, Kind::Spdif},
+      {"[Out] SPDIF", kNoType, Kind::Spdif},
+      {"hdmi-output-0", kNoType, Kind::Display},
+      {"[Out] HDMI1", kNoType, Kind::Display},
+      {"analog-output", PA_DEVICE_PORT_TYPE_ANALOG, Kind::Other},
+      {nullptr, kNoType, Kind::Other},
+  };
+  pa_sink_port_info info{};
+  for (const auto& port : ports) {
+    info.name = port.name;
+    info.type = static_cast<std::uint32_t>(port.type);
+    EXPECT_EQ(ReadPort(info).kind, port.expected) << (port.name == nullptr ? "none" : port.name);
+  }
+  using Plug = PulsePort::Plug;
+  for (const auto& [available, plug] : {std::pair(PA_PORT_AVAILABLE_NO, Plug::Pulled),
+                                        std::pair(PA_PORT_AVAILABLE_YES, Plug::Plugged),
+                                        std::pair(PA_PORT_AVAILABLE_UNKNOWN, Plug::Unknown)}) {
+    info.available = available;
+    EXPECT_EQ(ReadPort(info).plug, plug);
+  }
+}
+
+TEST(Guids, ReadAndWriteTheRegistryFormAlone) {
+  const std::u16string text = u"{01234567-89AB-CDEF-0123-456789ABCDEF}";
+  const Guid guid{0x01234567, 0x89AB, 0xCDEF, {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}};
+  EXPECT_EQ(GuidToString(guid), text);
+  EXPECT_EQ(GuidFromString(text), guid);
+  EXPECT_EQ(GuidFromString(u"{01234567-89ab-cdef-0123-456789abcdef}"), guid);
+  EXPECT_EQ(GuidFromBytes({0x67, 0x45, 0x23, 0x01, 0xAB, 0x89, 0xEF, 0xCD, 0x01, 0x23, 0x45, 0x67,
+                           0x89, 0xAB, 0xCD, 0xEF}),
+            guid);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    std::u16string wrong = text;
+    wrong[i] = u'g';
+    EXPECT_FALSE(GuidFromString(wrong)) << i;
+  }
+  EXPECT_FALSE(GuidFromString(std::u16string(text).append(u"}")));
+  EXPECT_FALSE(GuidFromString(text.substr(0, 37)));
+}
+
+TEST(JackValues, AreNumbersOf32BitsUnderTheDriversNames) {
+  FakeRegistry registry;
+  const std::u16string key =
+      u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\MMDevices\\Audio\\Render\\{G}\\FxProperties";
+  const std::pair<JackProperty, std::u16string> names[] = {{JackProperty::OtherHeadphone, u"1"},
+                                                           {JackProperty::Headphone, u"4"},
+                                                           {JackProperty::Speaker, u"6"},
+                                                           {JackProperty::Subwoofer, u"20"}};
+  for (const auto& [property, number] : names) {
+    const JackValue value{property, 0x01020304};
+    EXPECT_EQ(ReadJackValue(registry, u"{G}", property), std::nullopt);
+    EXPECT_TRUE(WriteJackValues(registry, u"{G}", {&value, 1}));
+    EXPECT_EQ(ReadJackValue(registry, u"{G}", property), 0x01020304U);
+    std::u16string name = u"{1496451E-75E5-484F-9914-A9F246BC960F},";
+    name += number;
+    EXPECT_EQ(support::GetValue(registry, key, name),
+              (support::StoredValue{RegistryType::Dword, "\x04\x03\x02\x01"}));
+    for (const auto& [type, bytes] :
+         {std::pair(RegistryType::Binary, "1234"), std::pair(RegistryType::Dword, "123")}) {
+      support::PutValue(registry, key, name, type, bytes);
+      EXPECT_EQ(ReadJackValue(registry, u"{G}", property), std::nullopt);
+    }
+  }
+}
+
+TEST(DeviceLists, TellTheirPropertiesAsThePlatformStoresThem) {
+  std::vector<DeviceRecord> records(2);
+  records[0].hardwareIds = {u"A", u"", u"BC"};
+  records[0].description = std::u16string(1, u'D');
+  records[1].status = DeviceRecord::Status::QueryFails;
+  const DeviceList devices(records);
+  std::array<char16_t, 6> text{};
+  std::uint32_t needed = 0;
+  const auto read = [&](std::uint32_t index, DeviceProperty property, std::size_t size = 6) {
+    return devices.ReadProperty(index, property, std::span(text).first(size), &needed);
+  };
+  EXPECT_EQ(read(0, DeviceProperty::HardwareId), DevicePropertyStatus::Success);
+  EXPECT_EQ(std::u16string(text.data(), 6), std::u16string(u"A\0BC\0\0", 6));
+  EXPECT_EQ(needed, 12U);
+  EXPECT_EQ(read(0, DeviceProperty::HardwareId, 5), DevicePropertyStatus::InsufficientBuffer);
+  EXPECT_EQ(read(0, DeviceProperty::DeviceDescription, 2), DevicePropertyStatus::Success);
+  EXPECT_EQ(needed, 4U);
+  for (const DeviceProperty missing : {DeviceProperty::Class, DeviceProperty::ClassGuid}) {
+    EXPECT_EQ(read(0, missing), DevicePropertyStatus::Failure);
+  }
+  EXPECT_EQ(read(1, DeviceProperty::HardwareId), DevicePropertyStatus::Failure);
+  EXPECT_EQ(read(2, DeviceProperty::HardwareId), DevicePropertyStatus::Failure);
+  EXPECT_TRUE(devices.QueryStatus(0));
+  EXPECT_FALSE(devices.QueryStatus(1));
+  EXPECT_TRUE(devices.HasDevice(1));
+  EXPECT_FALSE(devices.HasDevice(2));
 }
 
 }  // namespace

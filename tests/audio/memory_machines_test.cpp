@@ -1,13 +1,14 @@
 // The contract on the backends that need no audio server.
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <fstream>
-#include <utility>
 
 #include "platform/fake/fake_audio_devices.h"
 #include "platform/linux/files/inotify_file_watcher.h"
 #include "platform/virtual/laptop_file.h"
 #include "platform/virtual/virtual_audio_devices.h"
-#include "tests/audio/audio_devices_contract.h"
+#include "tests/audio/audio_machines.h"
 #include "tests/support/temporary_folder.h"
 
 namespace support {
@@ -25,12 +26,10 @@ class FakeMachine : public AudioMachine {
  public:
   FakeMachine() {
     for (int i = 0; i < 2; ++i) {
-      platform::FakeEndpoint endpoint;
-      endpoint.id = IdOf(i);
-      endpoint.guid = kGuids[i];
-      endpoint.jackSubType = kSpeakerNode;
-      endpoint.adapter = u"Realtek High Definition Audio";
-      devices_.Add(endpoint);
+      devices_.Add({.id = IdOf(i),
+                    .guid = kGuids[i],
+                    .jackSubType = kSpeakerNode,
+                    .adapter = u"Realtek High Definition Audio"});
     }
     devices_.SetDefault(IdOf(0));
   }
@@ -80,12 +79,10 @@ class VirtualMachine : public AudioMachine {
                                          std::make_unique<platform::InotifyFileWatcher>(path_)};
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    Memory, AudioDevicesContract,
-    testing::Values(AudioMachineMaker{"Fake", [] { return std::make_unique<FakeMachine>(); }},
-                    AudioMachineMaker{"Virtual",
-                                      [] { return std::make_unique<VirtualMachine>(); }}),
-    NameOf);
-
 }  // namespace
+
+std::vector<AudioMachineMaker> AudioMachines() {
+  return {&MakeAudioMachine<FakeMachine>, &MakeAudioMachine<VirtualMachine>};
+}
+
 }  // namespace support

@@ -1,15 +1,11 @@
 // A notification sink that remembers what it was told.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <functional>
-#include <mutex>
-#include <string>
-#include <string_view>
 #include <thread>
-#include <vector>
 
 #include "platform/endpoint_notifier.h"
 
@@ -64,24 +60,18 @@ class RecordingSink final : public platform::EndpointNotificationSink {
     return caller_;
   }
 
-  // True when the report has come, or comes in time.
+  // True when the report, or any at all, has come or comes in time.
   bool WaitFor(const Report& report, std::chrono::milliseconds timeout) {
-    return WaitUntil(timeout, [&] {
-      return std::find(reports_.begin(), reports_.end(), report) != reports_.end();
-    });
+    std::unique_lock lock(mutex_);
+    return recorded_.wait_for(
+        lock, timeout, [&] { return std::ranges::find(reports_, report) != reports_.end(); });
   }
-
   bool WaitForAny(std::chrono::milliseconds timeout) {
-    return WaitUntil(timeout, [&] { return !reports_.empty(); });
+    std::unique_lock lock(mutex_);
+    return recorded_.wait_for(lock, timeout, [&] { return !reports_.empty(); });
   }
 
  private:
-  template <typename Condition>
-  bool WaitUntil(std::chrono::milliseconds timeout, Condition condition) {
-    std::unique_lock lock(mutex_);
-    return recorded_.wait_for(lock, timeout, condition);
-  }
-
   platform::HResult Record(Report report) {
     onReport_();
     {

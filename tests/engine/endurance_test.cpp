@@ -12,7 +12,7 @@
 
 #include "tests/dsp/hostile_values.h"
 #include "tests/engine/player.h"
-#include "tests/faults/rounds.h"
+#include "tests/faults/machine.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define TONALYX_SANITIZED  // allocates and calls the system by itself

@@ -1,6 +1,12 @@
 #include "tests/faults/machine.h"
 
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -25,9 +31,14 @@ void Require(const support::ProcessResult& result) {
   if (result.exitStatus != 0) throw std::runtime_error(result.errors);
 }
 
+int NumberFromEnvironment(const char* name, int otherwise) {
+  const char* text = std::getenv(name);
+  return text == nullptr ? otherwise : std::stoi(text);
+}
+
 }  // namespace
 
-Machine::Machine(Tuning tuning) : state_(Folder() / "state") {
+Machine::Machine(Tuning tuning) : tuning_(tuning), state_(Folder() / "state") {
   const fs::path laptop = Folder() / "laptop.json";
   environment_ = {{"TONALYX_ROOT", state_.native()}, {"TONALYX_LAPTOP", laptop.native()}};
   fs::create_directory(Folder() / "program");
@@ -50,12 +61,17 @@ bool Machine::HasTuning() const {
   return fs::exists(Folder() / "program/0.vtd");
 }
 
-std::vector<std::string> Machine::InstallCommand() const {
+std::vector<std::string> Machine::InitCommand() const {
   return {(Folder() / "program/tonalyx").native(), "/init"};
 }
 
+support::ProcessResult Machine::Init() const {
+  return support::RunProcess(InitCommand(), environment_);
+}
+
 support::ProcessResult Machine::Install() const {
-  return support::RunProcess(InstallCommand(), environment_);
+  PutTuning();
+  return Init();
 }
 
 support::ProcessResult Machine::RunTool(const std::string& tool,
@@ -70,23 +86,24 @@ support::Tree Machine::Stored() const {
   return support::ReadTree(registry, std::u16string(kVendor));
 }
 
-void Machine::RemoveState() const {
-  fs::remove_all(state_);
+std::string Machine::Difference() const {
+  const support::Tree stored = Stored();
+  const support::Tree& installed = InstalledTree(tuning_);
+  const auto [left, right] =
+      std::mismatch(stored.begin(), stored.end(), installed.begin(), installed.end());
+  if (left != stored.end()) return platform::ToUtf8(left->first);
+  return right == installed.end() ? "" : platform::ToUtf8(right->first);
 }
 
-support::Tree InstalledTree(Tuning tuning) {
-  const Machine machine(tuning);
-  machine.PutTuning();
-  Require(machine.Install());
-  return machine.Stored();
-}
-
-std::string FirstDifference(const support::Tree& left, const support::Tree& right) {
-  const auto [inLeft, inRight] =
-      std::mismatch(left.begin(), left.end(), right.begin(), right.end());
-  if (inLeft != left.end()) return platform::ToUtf8(inLeft->first);
-  if (inRight != right.end()) return platform::ToUtf8(inRight->first);
-  return {};
+const support::Tree& InstalledTree(Tuning tuning) {
+  static std::map<Tuning, support::Tree> trees;
+  const auto [tree, isNew] = trees.try_emplace(tuning);
+  if (isNew) {
+    const Machine machine(tuning);
+    Require(machine.Install());
+    tree->second = machine.Stored();
+  }
+  return tree->second;
 }
 
 int Complaints(const std::string& errors) {
@@ -103,6 +120,60 @@ std::string ReadFile(const fs::path& file) {
 
 void WriteFile(const fs::path& file, std::string_view bytes) {
   std::ofstream(file, std::ios::binary).write(bytes.data(), std::ssize(bytes));
+}
+
+int Rounds(double factor) {
+  const int rounds =
+      std::max(1, static_cast<int>(factor * NumberFromEnvironment("TONALYX_FAULT_ROUNDS", 10)));
+  testing::Test::RecordProperty("rounds", rounds);
+  return rounds;
+}
+
+std::mt19937 Random() {
+  return std::mt19937(static_cast<unsigned>(NumberFromEnvironment("TONALYX_FAULT_SEED", 1)));
+}
+
+int Between(std::mt19937& random, int low, int high) {
+  return std::uniform_int_distribution<int>(low, high)(random);
+}
+
+bool LeaveCommonMounts() {
+  return geteuid() == 0 && unshare(CLONE_NEWNS) == 0 &&
+         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+SmallDisk::SmallDisk(fs::path folder, int kilobytes) : folder_(std::move(folder)) {
+  fs::create_directories(folder_);
+  Mount(0, kilobytes);
+}
+
+SmallDisk::~SmallDisk() {
+  umount2(folder_.c_str(), MNT_DETACH);
+}
+
+void SmallDisk::Resize(int kilobytes) {
+  Mount(MS_REMOUNT, kilobytes);
+}
+
+void SmallDisk::MakeReadOnly(int kilobytes) {
+  Mount(MS_REMOUNT | MS_RDONLY, kilobytes);
+}
+
+void SmallDisk::Fill() const {
+  std::ofstream file(folder_ / "filling", std::ios::binary);
+  while (file << std::string(512, 'x') << std::flush) {
+  }
+}
+
+void SmallDisk::Empty() const {
+  fs::remove(folder_ / "filling");
+}
+
+void SmallDisk::Mount(unsigned long flags, int kilobytes) const {
+  const std::string options = "mode=777,size=" + std::to_string(kilobytes) + "k";
+  if (mount("none", folder_.c_str(), "tmpfs", flags, options.c_str()) != 0) {
+    throw std::runtime_error("no small disk");
+  }
 }
 
 }  // namespace faults

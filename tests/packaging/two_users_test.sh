@@ -36,27 +36,20 @@ become() {
 
 as() { (become "$@"); }
 
-write() { as "$1" regtool add "$key\\$2" /v "$3" /t REG_BINARY /d "$4" /f; }
-read_back() { as "$1" regtool query "$key\\$2" /v "$3" | awk '/REG_BINARY/ { print $3 }'; }
+write() { as "$1" regtool add "$key\\2" /v "$2" /t REG_BINARY /d "$3" /f; }
+read_back() { as "$1" regtool query "$key\\2" /v "$2" | awk '/REG_BINARY/ { print $3 }'; }
 
-# Tries for ten seconds.
-soon() {
-  local tries
-  for ((tries = 0; tries < 200; tries++)); do
-    "$@" && return 0
-    sleep 0.05
-  done
-  return 1
-}
+# For ten seconds.
+soon() { timeout 10 sh -c 'until "$@"; do sleep 0.05; done' sh "$@"; }
 
 # Every one of them reads what every other wrote last.
 everybody_edits() {
   local writer reader number=0
   for writer in "$@"; do
     number=$((number + 1))
-    write "$writer" 2 Param6 "0000003$number"
+    write "$writer" Param6 "0000003$number"
     for reader in "$@"; do
-      is "0000003$number" "$(read_back "$reader" 2 Param6)"
+      is "0000003$number" "$(read_back "$reader" Param6)"
     done
   done
 }
@@ -104,7 +97,7 @@ service_hears() {
   serve "$engine" "service.$engine" --endpoint "{$endpoint}" --values
   is "666 fifo" "$(stat -c '%a %F' "$fifo")"
   is 777 "$(stat -c %a "$TONALYX_ROOT/events")"
-  write "$user" 2 Param5 "$value"
+  write "$user" Param5 "$value"
   # shellcheck disable=SC2016
   as "$user" sh -c 'printf "\1\0\0\0\0\0\0\0" >"$1"' sh "$fifo"
   soon grep -q "Param5 $printed\$" "$work/service.$engine" ||
@@ -140,23 +133,20 @@ start_the_systems_programs() {
   ends enginemon --endpoint "{$endpoint}" --seconds 0
 }
 
-# runs_into_a_link NAME TARGET: a user put a link there, which leads to what only the system may
-# change. The programs do without the file, or make it anew, but leave the target alone.
-runs_into_a_link() {
+# runs_into_traps NAME TARGET: a user put a FIFO there, whose other end nobody waits for, and a link,
+# which leads to what only the system may change. The programs do without the file, or make it anew,
+# but leave the target alone.
+runs_into_traps() {
   local name=$1 target=$2 before
   local state='%n %F %a %s %y'
+  new_trap "fifo.$name"
+  as "$bert" mkfifo "$TONALYX_ROOT/$name"
+  start_the_systems_programs
   new_trap "$name"
   as "$bert" ln -s "$target" "$TONALYX_ROOT/$name"
   before=$(stat -c "$state" "$work/precious"{,/*})
   start_the_systems_programs
   is "$before" "$(stat -c "$state" "$work/precious"{,/*})"
-}
-
-# runs_into_a_fifo NAME: nobody waits for its other end.
-runs_into_a_fifo() {
-  new_trap "fifo.$1"
-  as "$bert" mkfifo "$TONALYX_ROOT/$1"
-  start_the_systems_programs
 }
 
 # As the package makes it.
@@ -181,12 +171,10 @@ mkdir -m 755 "$work/precious"
 : >"$work/precious/empty"
 for name in registry.db registry.db-{wal,shm,journal} registry.changed Velsona.txt \
   Velsona-0.{lock,socket}; do
-  expect "a link in the place of $name is not followed" \
-    runs_into_a_link "$name" "$work/precious/empty"
-  expect "a FIFO in the place of $name holds nobody up" runs_into_a_fifo "$name"
+  expect "a link or a FIFO in the place of $name holds nobody up and leads nowhere" \
+    runs_into_traps "$name" "$work/precious/empty"
 done
-expect "a link in the place of the events is not followed" \
-  runs_into_a_link events "$work/precious"
+expect "nor in the place of the events" runs_into_traps events "$work/precious"
 unset TONALYX_LAPTOP
 
 # Without a package: the first user makes the folder.

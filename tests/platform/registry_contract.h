@@ -1,41 +1,55 @@
-// The backends that keep the registry's contract, as parameters of one suite.
+// The registry's contract as a suite: whoever links it says on which backends it runs.
 #pragma once
-
-#include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/registry.h"
+#include "tests/support/registry_tree.h"
 
 namespace support {
 
-struct RegistryBackendKind {
+struct RegistryBackend {
   std::string name;
   // One registry, empty at first, with what it lives on.
   std::function<std::shared_ptr<platform::Registry>()> make;
 };
 
-inline void PrintTo(const RegistryBackendKind& kind, std::ostream* out) {
-  *out << kind.name;
+std::vector<RegistryBackend> RegistryBackends();
+
+inline platform::RegistryStatus SetBytes(platform::RegistryKey& key, std::u16string_view name,
+                                         std::string_view bytes) {
+  return key.SetValue(name, platform::RegistryType::Binary, std::as_bytes(std::span(bytes)));
 }
 
-class RegistryContract : public testing::TestWithParam<RegistryBackendKind> {
- protected:
-  platform::Registry& registry() { return *registry_; }
+// The value's bytes; nothing when it cannot be read.
+inline std::optional<std::string> GetBytes(platform::RegistryKey& key, std::u16string_view name) {
+  const auto value = GetValue(key, name);
+  return value ? std::optional(value->bytes) : std::nullopt;
+}
 
-  std::unique_ptr<platform::RegistryKey> Open(std::u16string_view path,
-                                              platform::RegistryAccess access) {
-    return registry().OpenKey(platform::RegistryRoot::LocalMachine, path, access);
+// All names that `enumerate` gives until there are no more items.
+inline std::vector<std::u16string> NamesOf(
+    platform::RegistryKey& key,
+    platform::RegistryStatus (platform::RegistryKey::*enumerate)(std::uint32_t, std::u16string*)) {
+  std::vector<std::u16string> names;
+  std::u16string name;
+  while ((key.*enumerate)(static_cast<std::uint32_t>(names.size()), &name) ==
+         platform::RegistryStatus::Success) {
+    names.push_back(name);
   }
-  std::unique_ptr<platform::RegistryKey> Create(std::u16string_view path) {
-    return registry().CreateKey(platform::RegistryRoot::LocalMachine, path,
-                                platform::kRegistryAllAccess);
-  }
+  return names;
+}
 
- private:
-  std::shared_ptr<platform::Registry> registry_ = GetParam().make();
-};
+inline std::vector<std::u16string> SubKeysOf(platform::RegistryKey& key) {
+  return NamesOf(key, &platform::RegistryKey::EnumerateSubKey);
+}
+
+inline std::vector<std::u16string> ValuesOf(platform::RegistryKey& key) {
+  return NamesOf(key, &platform::RegistryKey::EnumerateValue);
+}
 
 }  // namespace support

@@ -8,7 +8,7 @@
 
 #include "platform/linux/registry/sqlite_registry.h"
 #include "platform/wake_event.h"
-#include "tests/platform/open_key.h"
+#include "tests/platform/registry_contract.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/temporary_folder.h"
 

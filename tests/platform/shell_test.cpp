@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <sstream>
 
 #include "platform/text.h"
@@ -21,21 +20,15 @@ using std::chrono::seconds;
 using support::Eventually;
 using support::X11Desktop;
 
-// Runs `hands` beside what blocks this thread.
-class Hands {
- public:
-  explicit Hands(const std::function<void(X11Desktop&)>& hands)
-      : thread_([hands] {
-          X11Desktop desktop;
-          hands(desktop);
-        }) {}
-  ~Hands() { thread_.join(); }
-  Hands(const Hands&) = delete;
-  Hands& operator=(const Hands&) = delete;
-
- private:
-  std::thread thread_;
-};
+// What the call, which blocks, answers while hands work beside it.
+template <class Call>
+auto Beside(Call call, const std::function<void(X11Desktop&)>& hands) {
+  const std::jthread worker([&] {
+    X11Desktop desktop;
+    hands(desktop);
+  });
+  return call();
+}
 
 void WaitActive(X11Desktop& desktop, const std::string& title) {
   ASSERT_TRUE(desktop.WaitForWindow(title, seconds(5)));
@@ -43,42 +36,44 @@ void WaitActive(X11Desktop& desktop, const std::string& title) {
 }
 
 TEST(MessageBoxes, KeysAnswerAndAQuestionCannotBeDismissed) {
-  struct Case {
+  const struct {
     MessageBoxKind kind;
     std::string dismissal;
     std::string key;
     std::int32_t answer;
-  };
-  for (const Case& each : {Case{MessageBoxKind::YesNoDefaultNo, "Escape", "Alt+n", kIdNo},
-                           Case{MessageBoxKind::SystemError, "", "Return", kIdOk},
-                           Case{MessageBoxKind::Exclamation, "", "Escape", kIdOk}}) {
-    const Hands hands([&](X11Desktop& desktop) {
-      WaitActive(desktop, "Box");
-      if (!each.dismissal.empty()) {
-        desktop.PressKey(each.dismissal);
-        desktop.RequestClose("Box");
-        EXPECT_FALSE(desktop.WaitUntilGone("Box", milliseconds(300)));
-      }
-      desktop.PressKey(each.key);
-      EXPECT_TRUE(desktop.WaitUntilGone("Box", seconds(5)));
-    });
-    EXPECT_EQ(ShowMessageBox(0, u"Text", u"Box", each.kind), each.answer);
+  } cases[] = {{MessageBoxKind::YesNoDefaultNo, "Escape", "Return", kIdNo},
+               {MessageBoxKind::YesNoDefaultNo, "Escape", "Alt+y", kIdYes},
+               {MessageBoxKind::SystemError, "", "Return", kIdOk},
+               {MessageBoxKind::Exclamation, "", "Escape", kIdOk}};
+  for (const auto& each : cases) {
+    const auto ask = [&] { return ShowMessageBox(0, u"Text", u"Box", each.kind); };
+    EXPECT_EQ(Beside(ask,
+                     [&](X11Desktop& desktop) {
+                       WaitActive(desktop, "Box");
+                       if (!each.dismissal.empty()) {
+                         desktop.PressKey(each.dismissal);
+                         desktop.RequestClose("Box");
+                         EXPECT_FALSE(desktop.WaitUntilGone("Box", milliseconds(300)));
+                       }
+                       desktop.PressKey(each.key);
+                       EXPECT_TRUE(desktop.WaitUntilGone("Box", seconds(5)));
+                     }),
+              each.answer);
   }
 }
 
 TEST(MessageBoxes, BoxBelongsToItsOwner) {
   constexpr std::uint32_t kAsk = message::kUser + 60;
-  NotingDialog owner(kSkinnedTest);
+  NotingDialog owner;
   owner.onMessage[kAsk] = [&] {
     EXPECT_EQ(ActiveWindow(), owner.Handle());
     ShowMessageBox(owner.Handle(), u"Text", u"Owned box", MessageBoxKind::Exclamation);
   };
-  RunWithHands(owner, [&](X11Desktop& desktop) {
+  owner.RunWithHands([&](X11Desktop& desktop) {
     WaitActive(desktop, "Test dialog");
     ASSERT_TRUE(owner.log.WaitFor("first: paint"));
     PostToWindow(owner.Handle(), kAsk, 0, 0);
     WaitActive(desktop, "Owned box");
-    owner.log.Take();
     const Point blocked = owner.first.ClientToScreen({3, 3});
     desktop.Click(blocked.x, blocked.y);
     // The window manager holds the click back for a moment; keys would overtake it.
@@ -90,73 +85,43 @@ TEST(MessageBoxes, BoxBelongsToItsOwner) {
   EXPECT_EQ(owner.log.Count("first: down 3,3"), 0);
 }
 
-class FileDialogs : public testing::Test {
- protected:
-  static constexpr std::u16string_view kFilter =
-      u"User settings (*.tus)|*.tus|All files (*.*)|*.*||";
-
-  std::string Path(const std::string& name) const { return (folder_.Path() / name).string(); }
-  void Put(const std::string& name) const { std::ofstream(Path(name)) << "x"; }
-
-  // Types a whole path into the dialog and confirms it.
-  static void Enter(X11Desktop& desktop, const std::string& title, const std::string& path) {
-    WaitActive(desktop, title);
-    desktop.Type(path);
-    desktop.PressKey("Return");
-  }
-
-  support::TemporaryFolder folder_;
-};
-
-std::optional<std::string> Ask(FileDialogKind kind, std::u16string_view filter) {
-  const auto chosen = ShowFileDialog(0, kind, u".tus", filter);
-  return chosen ? std::optional(ToUtf8(*chosen)) : std::nullopt;
-}
-
-TEST_F(FileDialogs, SaveAppendsTheExtensionWhateverTheFilterWhenNoneWasTyped) {
+TEST(FileDialogs, SaveAppendsTheExtensionAndAsksBeforeItOverwritesAndEscapeCancels) {
+  const support::TemporaryFolder folder;
+  const auto path = [&](const char* name) { return (folder.Path() / name).string(); };
+  const auto ask = [](FileDialogKind kind) {
+    return [kind] {
+      const auto chosen = ShowFileDialog(0, kind, u".tus", u"All files (*.*)|*.*||");
+      return chosen ? ToUtf8(*chosen) : "cancelled";
+    };
+  };
+  std::ofstream(path("old.tus")) << "x";
   for (const auto& [typed, expected] :
-       {std::pair("plain", "plain.tus"), std::pair("named.dat", "named.dat")}) {
-    const Hands hands([&, name = std::string(typed)](X11Desktop& desktop) {
-      Enter(desktop, "Save As", Path(name));
-    });
-    EXPECT_EQ(Ask(FileDialogKind::Save, u"All files (*.*)|*.*||"), Path(expected));
+       {std::pair("plain", "plain.tus"), std::pair("named.dat", "named.dat"),
+        std::pair("old", "old.tus")}) {
+    const auto answer =
+        Beside(ask(FileDialogKind::Save), [&, name = std::string(typed)](X11Desktop& desktop) {
+          WaitActive(desktop, "Save As");
+          desktop.Type(path(name.c_str()));
+          desktop.PressKey("Return");
+          if (name != "old") return;
+          // The question stands above the dialog under the same title.
+          EXPECT_TRUE(Eventually([&] {
+            const auto titles = desktop.StackedTitles();
+            return std::count(titles.begin(), titles.end(), "Save As") == 2;
+          }));
+          EXPECT_TRUE(Eventually([&] {
+            desktop.PressKey("Alt+y");
+            return desktop.StackedTitles().empty();
+          }));
+        });
+    EXPECT_EQ(answer, path(expected));
   }
-}
-
-TEST_F(FileDialogs, OpenAppendsTheExtensionUnlessTheBareNameExists) {
-  for (const char* name : {"old.tus", "bare", "bare.tus"}) Put(name);
-  for (const auto& [typed, expected] :
-       {std::pair("old", "old.tus"), {"bare", "bare"}, {"old.tus", "old.tus"}}) {
-    const Hands hands([&, name = std::string(typed)](X11Desktop& desktop) {
-      Enter(desktop, "Open", Path(name));
-    });
-    EXPECT_EQ(Ask(FileDialogKind::Open, u"All files (*.*)|*.*||"), Path(expected));
-  }
-}
-
-TEST_F(FileDialogs, SaveAsksBeforeItOverwritesTheFinalName) {
-  Put("old.tus");
-  const Hands hands([&](X11Desktop& desktop) {
-    Enter(desktop, "Save As", Path("old"));
-    // The question stands above the dialog under the same title.
-    EXPECT_TRUE(Eventually([&] {
-      const std::vector<std::string> titles = desktop.StackedTitles();
-      return std::count(titles.begin(), titles.end(), "Save As") == 2;
-    }));
-    EXPECT_TRUE(Eventually([&] {
-      desktop.PressKey("Alt+y");
-      return desktop.StackedTitles().empty();
-    }));
-  });
-  EXPECT_EQ(Ask(FileDialogKind::Save, kFilter), Path("old.tus"));
-}
-
-TEST_F(FileDialogs, EscapeCancels) {
-  const Hands hands([](X11Desktop& desktop) {
-    WaitActive(desktop, "Open");
-    desktop.PressKey("Escape");
-  });
-  EXPECT_EQ(Ask(FileDialogKind::Open, kFilter), std::nullopt);
+  EXPECT_EQ(Beside(ask(FileDialogKind::Open),
+                   [](X11Desktop& desktop) {
+                     WaitActive(desktop, "Open");
+                     desktop.PressKey("Escape");
+                   }),
+            "cancelled");
 }
 
 TEST(Browser, OpensThroughTheDesktopAndStaysSilent) {
@@ -165,16 +130,14 @@ TEST(Browser, OpensThroughTheDesktopAndStaysSilent) {
   const std::filesystem::path opener = folder.Path() / "xdg-open";
   std::ofstream(opener) << "#!/bin/sh\necho \"$1\" > '" << opened.string() << "'\n";
   std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
-  const char* current = std::getenv("PATH");
-  const std::string path = current != nullptr ? current : "/usr/bin";
+  const std::string path = std::getenv("PATH");
   setenv("PATH", (folder.Path().string() + ":" + path).c_str(), 1);
   OpenInBrowser(u"https://www.example/");
-  const auto read = [&] {
+  EXPECT_TRUE(Eventually([&] {
     std::stringstream text;
     text << std::ifstream(opened).rdbuf();
-    return text.str();
-  };
-  EXPECT_TRUE(Eventually([&] { return read() == "https://www.example/\n"; }));
+    return text.str() == "https://www.example/\n";
+  }));
   setenv("PATH", folder.Path().c_str(), 1);
   std::filesystem::remove(opener);
   OpenInBrowser(u"https://www.example/");

@@ -2,18 +2,13 @@ set(ui_session ${CMAKE_SOURCE_DIR}/tests/support/user_interface_session.cpp)
 
 tonalyx_test(drawing_test
   SOURCES
-    ${CMAKE_CURRENT_LIST_DIR}/drawing_images_test.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/drawing_shapes_test.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/drawing_text_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/drawing_test.cpp
     ${ui_session}
   LIBS tonalyx_platform_linux_ui tonalyx_resources)
 
 tonalyx_test(window_test
   SOURCES
-    ${CMAKE_CURRENT_LIST_DIR}/window_fixture.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/window_input_test.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/window_messages_test.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/window_surface_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/window_test.cpp
     ${ui_session}
   LIBS tonalyx_platform_linux_ui tonalyx_resources tonalyx_test_desktop
   LABELS display)
@@ -43,7 +38,6 @@ set_tests_properties(window_test_without_compositor PROPERTIES LABELS display TI
 tonalyx_test(shell_test
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/shell_test.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/window_fixture.cpp
     ${ui_session}
   LIBS tonalyx_platform_linux_ui tonalyx_platform_linux_core tonalyx_resources tonalyx_test_desktop
   LABELS display)

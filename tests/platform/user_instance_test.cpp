@@ -2,23 +2,18 @@
 #include "platform/linux/instance/user_instance.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "tests/support/forked_process.h"
 #include "tests/support/temporary_folder.h"
@@ -34,58 +29,54 @@ using support::Line;
 constexpr std::u16string_view kName = u"Velsona";
 constexpr std::array<std::u16string_view, 2> kTitles = {u"Velsona", u"Tonalyx"};
 
-// Sets environment variables, an empty value unsets, and puts back what was there.
-class Environment {
- public:
-  Environment(const char* name, const std::string& value) : name_(name) {
-    if (const char* before = std::getenv(name)) before_ = before;
-    Put(value);
-  }
-  ~Environment() { Put(before_); }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-
- private:
-  void Put(const std::string& value) const {
-    if (value.empty()) {
-      unsetenv(name_);
-    } else {
-      setenv(name_, value.c_str(), 1);
-    }
-  }
-
-  const char* name_;
-  std::string before_;
-};
-
-// Closed when nobody listens there, or not to us.
-FileDescriptor ConnectTo(const fs::path& path) {
-  FileDescriptor client(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::strncpy(address.sun_path, path.c_str(), sizeof(address.sun_path) - 1);
-  const auto* generic = reinterpret_cast<const sockaddr*>(&address);
-  if (connect(client.Get(), generic, sizeof(address)) != 0) return {};
-  return client;
-}
-
 class UserInstanceTest : public testing::Test {
  protected:
   LockPlace Place() const { return {folder_, LockPlace::Missing::Make}; }
 
-  // A copy in another process that holds the lock until it hears a letter.
-  ForkedProcess StartCopy() {
-    return ForkedProcess([this](const Line& parent) {
+  // A copy in another process that holds the lock, and serves with `answer` if there is one, until
+  // it hears a letter.
+  ForkedProcess StartCopy(const RaiseServer::Handler& answer = {}) {
+    return ForkedProcess([this, answer](const Line& parent) {
       UserInstance copy(Place());
-      parent.Say(copy.Acquire(kName) ? 'y' : 'n');
+      const bool isFirst = copy.Acquire(kName);
+      if (answer) copy.ServeRequests(answer);
+      parent.Say(isFirst ? 'y' : 'n');
       parent.Hear();
+      copy.StopServing();
     });
   }
 
-  fs::path File(const char* extension) const {
-    return folder_ / ("Velsona-" + std::to_string(geteuid()) + extension);
+  bool Raise() {
+    UserInstance second(Place());
+    EXPECT_FALSE(second.Acquire(kName));
+    return second.BringRunningCopyForward(kTitles);
   }
 
+  // Its answer to the packet, or what happened to it: 'c' no connection, 'n' no answer.
+  char Answer(std::string_view packet) const {
+    const FileDescriptor client = Connect();
+    if (!client.IsOpen()) return 'c';
+    static_cast<void>(!send(client.Get(), packet.data(), packet.size(), MSG_NOSIGNAL));
+    char answer = 'n';
+    return recv(client.Get(), &answer, 1, 0) == 1 ? answer : 'n';
+  }
+
+  // Closed when nobody listens there, or not to us.
+  FileDescriptor Connect() const {
+    FileDescriptor client(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, File(".socket").c_str(), sizeof(address.sun_path) - 1);
+    const auto* generic = reinterpret_cast<const sockaddr*>(&address);
+    if (connect(client.Get(), generic, sizeof(address)) != 0) return {};
+    return client;
+  }
+
+  fs::path File(const char* extension) const {
+    return folder_ / ("Velsona-" + std::to_string(user_) + extension);
+  }
+
+  const uid_t user_ = geteuid();
   support::TemporaryFolder temporary_;
   fs::path folder_ = temporary_.Path() / "a/root";
 };
@@ -98,39 +89,11 @@ TEST_F(UserInstanceTest, LetsTheNextInOnlyOnceTheHolderIsGoneAlsoWhenItWasKilled
   first.Kill();
   EXPECT_TRUE(second.Acquire(kName));
   EXPECT_TRUE(second.Acquire(kName)) << "it holds it already";
-  UserInstance third(Place());
-  EXPECT_FALSE(third.Acquire(kName));
-}
-
-TEST_F(UserInstanceTest, LetsOneOfManyWinThatStartAtOnce) {
-  constexpr int kRounds = 10;
-  constexpr int kCopies = 6;
-  for (int round = 0; round < kRounds; ++round) {
-    std::vector<std::unique_ptr<ForkedProcess>> copies;
-    for (int i = 0; i < kCopies; ++i) {
-      copies.push_back(std::make_unique<ForkedProcess>([this](const Line& parent) {
-        UserInstance copy(Place());
-        parent.Hear();
-        parent.Say(copy.Acquire(kName) ? 'y' : 'n');
-        parent.Hear();
-      }));
-    }
-    for (const auto& copy : copies) copy->Talk().Say('g');
-    int winners = 0;
-    for (const auto& copy : copies) winners += copy->Talk().Hear() == 'y' ? 1 : 0;
-    EXPECT_EQ(winners, 1);
-  }
-}
-
-TEST_F(UserInstanceTest, SurvivesThatSomebodyTakesTheLockFileAway) {
-  UserInstance first(Place());
-  ASSERT_TRUE(first.Acquire(kName));
-  struct stat status {};
-  ASSERT_EQ(stat(File(".lock").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777U, 01600U);
+  EXPECT_FALSE(UserInstance(Place()).Acquire(kName));
+  EXPECT_TRUE(UserInstance(Place()).Acquire(u"another"));
+  EXPECT_EQ(fs::status(File(".lock")).permissions(), fs::perms(01600));
   fs::remove(File(".lock"));
-  UserInstance second(Place());
-  EXPECT_TRUE(second.Acquire(kName));
+  EXPECT_TRUE(UserInstance(Place()).Acquire(kName)) << "somebody has taken the file away";
 }
 
 TEST_F(UserInstanceTest, CountsALockThatCannotBeMadeAsTaken) {
@@ -153,170 +116,130 @@ TEST_F(UserInstanceTest, CountsALockThatCannotBeMadeAsTaken) {
   EXPECT_TRUE(fails(Place())) << "a link in the lock's place";
 }
 
-TEST(LockPlaceTest, IsTheRuntimeFolderUnlessARootIsNamed) {
-  struct Case {
+TEST_F(UserInstanceTest, TheLockLiesInTheRuntimeFolderUnlessARootIsNamed) {
+  using Missing = LockPlace::Missing;
+  const struct {
     const char* runtimeFolder;
     const char* root;
     LockPlace expected;
-  };
-  const std::vector<Case> cases = {
-      {"/run/user/7", "", {"/run/user/7", LockPlace::Missing::Fail}},
-      {"/run/user/7", "/root", {"/state", LockPlace::Missing::Make}},
-      {"", "", {"/state", LockPlace::Missing::Make}},
-      {"relative", "", {"/state", LockPlace::Missing::Make}},
-  };
-  for (const Case& testCase : cases) {
-    const Environment runtime("XDG_RUNTIME_DIR", testCase.runtimeFolder);
-    const Environment root("TONALYX_ROOT", testCase.root);
-    const LockPlace place = InstanceLockPlace("/state");
-    EXPECT_EQ(place.folder, testCase.expected.folder);
-    EXPECT_EQ(place.missing, testCase.expected.missing);
+  } cases[] = {{"/run/user/7", "", {"/run/user/7", Missing::Fail}},
+               {"/run/user/7", "/root", {"/state", Missing::Make}},
+               {"", "", {"/state", Missing::Make}},
+               {"relative", "", {"/state", Missing::Make}}};
+  for (const auto& c : cases) {
+    ForkedProcess child([&](const Line&) {
+      setenv("XDG_RUNTIME_DIR", c.runtimeFolder, 1);
+      setenv("TONALYX_ROOT", c.root, 1);
+      const LockPlace place = InstanceLockPlace("/state");
+      _exit(place.folder == c.expected.folder && place.missing == c.expected.missing ? 0 : 1);
+    });
+    EXPECT_TRUE(child.Join()) << c.runtimeFolder << ", " << c.root;
   }
 }
 
-// What the second copy's wish meets, with the first copy in a process of its own.
-class RaiseTest : public UserInstanceTest {
- protected:
-  // Serves requests with `answer` until it hears a letter, then reports the request by a letter.
-  ForkedProcess StartServingCopy(RaiseServer::Handler answer) {
-    return ForkedProcess([this, answer = std::move(answer)](const Line& parent) {
-      UserInstance copy(Place());
-      if (!copy.Acquire(kName)) _exit(1);
-      copy.ServeRequests(answer);
-      parent.Say('y');
-      parent.Hear();
-      copy.StopServing();
-    });
-  }
-
-  bool Raise() {
-    UserInstance second(Place());
-    EXPECT_FALSE(second.Acquire(kName));
-    return second.BringRunningCopyForward(kTitles);
-  }
-};
-
-TEST_F(RaiseTest, CarriesTitlesAndTokenAndTheAnswerBack) {
-  struct Case {
+TEST_F(UserInstanceTest, ARequestCarriesTitlesAndTokenAndTheAnswerBack) {
+  const struct {
     const char* activationToken;
     const char* startupId;
     const char* expectedToken;
-  };
-  const std::vector<Case> cases = {
-      {"", "", ""}, {"token 1", "", "token 1"}, {"token", "id_TIME7", "token"}, {"", "id", "id"}};
-  for (const Case& testCase : cases) {
-    const Environment token("XDG_ACTIVATION_TOKEN", testCase.activationToken);
-    const Environment startup("DESKTOP_STARTUP_ID", testCase.startupId);
-    ForkedProcess first = StartServingCopy([&](const RaiseRequest& request) {
-      return request == RaiseRequest{{kTitles.begin(), kTitles.end()}, testCase.expectedToken};
+  } cases[] = {{"", "", ""},
+               {"token 1", "", "token 1"},
+               {"token", "id_TIME7", "token"},
+               {"", "id", "id"},
+               {"", "", "another"}};
+  for (const auto& c : cases) {
+    setenv("XDG_ACTIVATION_TOKEN", c.activationToken, 1);
+    setenv("DESKTOP_STARTUP_ID", c.startupId, 1);
+    ForkedProcess first = StartCopy([&](const RaiseRequest& request) {
+      return request == RaiseRequest{{kTitles.begin(), kTitles.end()}, c.expectedToken};
     });
     ASSERT_EQ(first.Talk().Hear(), 'y');
-    EXPECT_TRUE(Raise());
-    EXPECT_TRUE(Raise()) << "the next one too";
+    const bool isExpected = std::string_view(c.expectedToken) != "another";
+    EXPECT_EQ(Raise(), isExpected);
+    EXPECT_EQ(Raise(), isExpected) << "the next one too";
   }
 }
 
-TEST_F(RaiseTest, TellsThatNoWindowWasRaised) {
-  ForkedProcess refusing = StartServingCopy([](const RaiseRequest&) { return false; });
-  ASSERT_EQ(refusing.Talk().Hear(), 'y');
-  EXPECT_FALSE(Raise());
-}
-
-TEST_F(RaiseTest, IsBoundedInTimeWhateverTheFirstCopyDoes) {
+TEST_F(UserInstanceTest, ARequestIsBoundedInTimeWhateverTheFirstCopyDoes) {
   // Much longer than the program waits, and much shorter than the copies here stay silent.
   const auto expectBoundedRefusal = [this] {
     const auto begin = steady_clock::now();
     EXPECT_FALSE(Raise());
     EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(20));
   };
-  {
-    ForkedProcess notServing = StartCopy();
-    ASSERT_EQ(notServing.Talk().Hear(), 'y');
+  const RaiseServer::Handler hang = [](const RaiseRequest&) {
+    std::this_thread::sleep_for(std::chrono::seconds(60));
+    return true;
+  };
+  for (const RaiseServer::Handler& answer : {RaiseServer::Handler(), hang}) {
+    ForkedProcess silent = StartCopy(answer);
+    ASSERT_EQ(silent.Talk().Hear(), 'y');
     expectBoundedRefusal();
   }
-  {
-    ForkedProcess hanging = StartServingCopy([](const RaiseRequest&) {
-      std::this_thread::sleep_for(std::chrono::seconds(60));
-      return true;
-    });
-    ASSERT_EQ(hanging.Talk().Hear(), 'y');
-    expectBoundedRefusal();
-  }
-  {
-    ForkedProcess stopped = StartServingCopy([](const RaiseRequest&) { return true; });
-    ASSERT_EQ(stopped.Talk().Hear(), 'y');
-    stopped.Stop();
-    // Enough copies to fill the queue of connections.
-    std::vector<std::thread> copies;
-    for (int i = 0; i < 20; ++i) copies.emplace_back(expectBoundedRefusal);
-    for (std::thread& copy : copies) copy.join();
-  }
+  ForkedProcess stopped = StartCopy([](const RaiseRequest&) { return true; });
+  ASSERT_EQ(stopped.Talk().Hear(), 'y');
+  stopped.Stop();
+  // Enough copies to fill the queue of connections.
+  std::vector<std::jthread> copies;
+  for (int i = 0; i < 20; ++i) copies.emplace_back(expectBoundedRefusal);
 }
 
-TEST_F(RaiseTest, ServesAgainAfterAKilledCopyAndAlongPathsOfAnyLength) {
+TEST_F(UserInstanceTest, ServesAgainAfterAKilledCopyAndAlongPathsOfAnyLength) {
   folder_ /= std::string(150, 'x');
-  ForkedProcess first = StartServingCopy([](const RaiseRequest&) { return true; });
-  ASSERT_EQ(first.Talk().Hear(), 'y');
-  EXPECT_TRUE(Raise());
-  first.Kill();
-  ASSERT_TRUE(fs::exists(File(".socket")));
-  ForkedProcess second = StartServingCopy([](const RaiseRequest&) { return true; });
-  ASSERT_EQ(second.Talk().Hear(), 'y');
-  EXPECT_TRUE(Raise());
-  second.Talk().Say('e');
-  EXPECT_TRUE(second.Join());
-  EXPECT_FALSE(fs::exists(File(".socket")));
+  for (const bool isKilled : {true, false}) {
+    ForkedProcess copy = StartCopy([](const RaiseRequest&) { return true; });
+    ASSERT_EQ(copy.Talk().Hear(), 'y');
+    EXPECT_TRUE(Raise());
+    EXPECT_EQ(fs::status(File(".socket")).permissions(), fs::perms(0600));
+    isKilled ? copy.Kill() : copy.Talk().Say('e');
+    EXPECT_TRUE(isKilled || copy.Join());
+    EXPECT_EQ(fs::exists(File(".socket")), isKilled);
+  }
 }
 
 // The socket's rights keep others out already; here they are gone, as on a file system without any.
-TEST_F(RaiseTest, AnswersNoOtherUser) {
+TEST_F(UserInstanceTest, AnswersNoOtherUser) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can become somebody else";
-  ForkedProcess first = StartServingCopy([](const RaiseRequest&) { return true; });
+  ForkedProcess first = StartCopy([](const RaiseRequest&) { return true; });
   ASSERT_EQ(first.Talk().Hear(), 'y');
-  const fs::path socketPath = File(".socket");
-  for (fs::path path = socketPath; path != temporary_.Path().parent_path();
+  for (fs::path path = File(".socket"); path != temporary_.Path().parent_path();
        path = path.parent_path()) {
-    ASSERT_EQ(chmod(path.c_str(), 0777), 0);
+    fs::permissions(path, fs::perms(0777));
   }
-  const auto raiseAs = [&](uid_t user) {
-    ForkedProcess second([&](const Line& parent) {
-      if (setresuid(user, user, user) != 0) _exit(1);
-      const FileDescriptor client(ConnectTo(socketPath));
-      if (!client.IsOpen()) {
-        parent.Say('c');
-        return;
-      }
-      const std::string packet("raise\0\0Velsona\0", 15);
-      static_cast<void>(send(client.Get(), packet.data(), packet.size(), MSG_NOSIGNAL));
-      char answer = 'n';
-      parent.Say(recv(client.Get(), &answer, 1, 0) == 1 ? answer : 'n');
+  for (const auto& [user, answer] : {std::pair(0U, '1'), std::pair(65534U, 'n')}) {
+    ForkedProcess second([&, id = user](const Line& parent) {
+      if (setresuid(id, id, id) != 0) _exit(1);
+      parent.Say(Answer({"raise\0\0Velsona\0", 15}));
     });
-    return second.Talk().Hear();
-  };
-  EXPECT_EQ(raiseAs(0), '1');
-  EXPECT_EQ(raiseAs(65534), 'n');
+    EXPECT_EQ(second.Talk().Hear(), answer) << user;
+  }
 }
 
-TEST_F(RaiseTest, ServesOthersThanClientsThatSayNothingOrNonsense) {
+TEST_F(UserInstanceTest, ServesOthersThanClientsThatSayNothingOrNonsense) {
   std::atomic<int> requests = 0;
   UserInstance first(Place());
   ASSERT_TRUE(first.Acquire(kName));
-  first.ServeRequests([&](const RaiseRequest&) {
+  first.ServeRequests([&](const RaiseRequest& request) {
     ++requests;
-    return true;
+    return !request.titles.empty();
   });
-  const auto connectClient = [this] {
-    FileDescriptor client = ConnectTo(File(".socket"));
-    EXPECT_TRUE(client.IsOpen());
-    return client;
+  const FileDescriptor silent = Connect();
+  EXPECT_TRUE(Connect().IsOpen()) << "one that is gone at once";
+  const std::pair<std::string, char> packets[] = {
+      {{"raise\0token\0Tonalyx\0", 20}, '1'},
+      {{"raise\0\0Caf\xE9\0", 12}, '1'},
+      {{"raise\0\0\0", 8}, '1'},
+      {{"raise\0\0", 7}, '0'},
+      {{"raise\0", 6}, '0'},
+      {{"raise\0\0Tonalyx", 14}, '0'},
+      {{"Raise\0\0Tonalyx\0", 15}, '0'},
+      {std::string("raise\0\0", 7) + std::string(16376, 'x') + '\0', '1'},
+      {std::string("raise\0\0", 7) + std::string(16377, 'x') + '\0', '0'},
+      {std::string(100'000, 'x'), '0'},
   };
-  const FileDescriptor silent = connectClient();
-  { const FileDescriptor gone = connectClient(); }
-  const FileDescriptor talking = connectClient();
-  const std::string nonsense(100'000, 'x');
-  EXPECT_GT(send(talking.Get(), nonsense.data(), nonsense.size(), MSG_NOSIGNAL), 0);
+  for (const auto& [packet, answer] : packets) EXPECT_EQ(Answer(packet), answer) << packet.size();
   EXPECT_TRUE(Raise());
-  EXPECT_EQ(requests, 1);
+  EXPECT_EQ(requests, 6);
   first.StopServing();
   first.StopServing();
 }

@@ -38,12 +38,15 @@ class ChildProcess {
   // The exit status, 128 + signal when killed; nothing when it still runs after `timeout`.
   std::optional<int> WaitForExit(std::chrono::milliseconds timeout);
 
-  // Everything not yet read, until the program closes the streams.
-  std::string RestOfOutput();
+  // Everything, until the program closes the stream.
   std::string RestOfErrors();
 
  private:
-  bool Fill(std::chrono::milliseconds timeout);
+  friend ProcessResult RunProcess(const std::vector<std::string>& command,
+                                  const std::map<std::string, std::string>& environment);
+
+  // Adds what comes next; false at the end and when nothing comes in time.
+  static bool Fill(int descriptor, std::chrono::milliseconds timeout, std::string* text);
 
   pid_t pid_ = -1;
   int output_ = -1;

@@ -36,9 +36,6 @@ class Scripted : public Base {
     });
   }
 
-  // For a script that may take longer than ten seconds.
-  void AllowTime(std::chrono::seconds time) { deadline_ = std::chrono::steady_clock::now() + time; }
-
   // How many messages of a kind were handled.
   int Received(std::uint32_t message) const {
     const auto it = received_.find(message);

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <stdexcept>
 #include <thread>
 
@@ -48,13 +47,15 @@ struct X11Desktop::Impl {
     return bytes;
   }
 
+  // Windows or atoms.
+  std::vector<XID> List(Window window, const char* property, Atom type) const {
+    const std::string bytes = Bytes(window, property, type);
+    std::vector<XID> list(bytes.size() / sizeof(XID));
+    std::copy(bytes.begin(), bytes.end(), reinterpret_cast<char*>(list.data()));
+    return list;
+  }
   std::vector<Window> WindowList(const char* property) const {
-    const std::string bytes = Bytes(root, property, XA_WINDOW);
-    std::vector<Window> windows(bytes.size() / sizeof(long));
-    if (!windows.empty()) {
-      std::memcpy(windows.data(), bytes.data(), windows.size() * sizeof(long));
-    }
-    return windows;
+    return List(root, property, XA_WINDOW);
   }
 
   std::string Title(Window window) const {
@@ -90,13 +91,17 @@ struct X11Desktop::Impl {
     XSync(display, False);
   }
 
-  void Key(KeySym symbol, bool shift) const {
+  void Key(KeySym symbol, KeySym modifier = NoSymbol) const {
     const KeyCode code = XKeysymToKeycode(display, symbol);
-    const KeyCode shiftCode = XKeysymToKeycode(display, XK_Shift_L);
-    if (shift) XTestFakeKeyEvent(display, shiftCode, True, 0);
+    const KeyCode modifierCode = XKeysymToKeycode(display, modifier);
+    if (modifier != NoSymbol) XTestFakeKeyEvent(display, modifierCode, True, 0);
     XTestFakeKeyEvent(display, code, True, 0);
     XTestFakeKeyEvent(display, code, False, 0);
-    if (shift) XTestFakeKeyEvent(display, shiftCode, False, 0);
+    if (modifier != NoSymbol) XTestFakeKeyEvent(display, modifierCode, False, 0);
+    XSync(display, False);
+  }
+  void Button(unsigned button, bool isPressed) const {
+    XTestFakeButtonEvent(display, button, isPressed ? True : False, 0);
     XSync(display, False);
   }
 
@@ -148,15 +153,8 @@ std::string X11Desktop::ActiveTitle() {
 
 bool X11Desktop::IsIconified(const std::string& title) {
   const Window window = impl_->Find(title);
-  if (window == None) return false;
-  const std::string states = impl_->Bytes(window, "_NET_WM_STATE", XA_ATOM);
-  const Atom hidden = impl_->Name("_NET_WM_STATE_HIDDEN");
-  for (std::size_t i = 0; i + sizeof(long) <= states.size(); i += sizeof(long)) {
-    Atom state = None;
-    std::memcpy(&state, states.data() + i, sizeof(state));
-    if (state == hidden) return true;
-  }
-  return false;
+  const std::vector<Atom> states = impl_->List(window, "_NET_WM_STATE", XA_ATOM);
+  return std::count(states.begin(), states.end(), impl_->Name("_NET_WM_STATE_HIDDEN")) > 0;
 }
 
 void X11Desktop::RequestClose(const std::string& title) {
@@ -170,13 +168,11 @@ void X11Desktop::MovePointer(int x, int y) {
 }
 
 void X11Desktop::PressButton() {
-  XTestFakeButtonEvent(impl_->display, 1, True, 0);
-  XSync(impl_->display, False);
+  impl_->Button(1, true);
 }
 
 void X11Desktop::ReleaseButton() {
-  XTestFakeButtonEvent(impl_->display, 1, False, 0);
-  XSync(impl_->display, False);
+  impl_->Button(1, false);
 }
 
 // No hand is faster than these pauses. Without them the window manager, which looks at every press
@@ -206,10 +202,9 @@ void X11Desktop::Drag(ScreenPoint from, ScreenPoint to, int steps) {
 void X11Desktop::Scroll(int steps) {
   const unsigned button = steps > 0 ? 4 : 5;
   for (int step = 0; step < std::abs(steps); ++step) {
-    XTestFakeButtonEvent(impl_->display, button, True, 0);
-    XTestFakeButtonEvent(impl_->display, button, False, 0);
+    impl_->Button(button, true);
+    impl_->Button(button, false);
   }
-  XSync(impl_->display, False);
 }
 
 void X11Desktop::PressKey(const std::string& key) {
@@ -219,16 +214,8 @@ void X11Desktop::PressKey(const std::string& key) {
 }
 
 void X11Desktop::PressKeyAtOnce(const std::string& key) {
-  const std::string modifier = "Alt+";
-  if (!key.starts_with(modifier)) {
-    impl_->Key(XStringToKeysym(key.c_str()), false);
-    return;
-  }
-  const KeyCode alt = XKeysymToKeycode(impl_->display, XK_Alt_L);
-  XTestFakeKeyEvent(impl_->display, alt, True, 0);
-  impl_->Key(XStringToKeysym(key.substr(modifier.size()).c_str()), false);
-  XTestFakeKeyEvent(impl_->display, alt, False, 0);
-  XSync(impl_->display, False);
+  const bool isAlt = key.starts_with("Alt+");
+  impl_->Key(XStringToKeysym(key.substr(isAlt ? 4 : 0).c_str()), isAlt ? XK_Alt_L : NoSymbol);
 }
 
 void X11Desktop::HoldKey(const std::string& key, bool down) {
@@ -242,7 +229,8 @@ void X11Desktop::Type(const std::string& text) {
     const bool capital = letter >= 'A' && letter <= 'Z';
     const bool shifted = capital || letter == '_' || letter == ':' || letter == '~';
     // Latin-1 characters are their own key symbols.
-    impl_->Key(static_cast<KeySym>(static_cast<unsigned char>(letter)), shifted);
+    impl_->Key(static_cast<KeySym>(static_cast<unsigned char>(letter)),
+               shifted ? XK_Shift_L : NoSymbol);
   }
 }
 

@@ -62,10 +62,10 @@ class X11Desktop {
   // A key by its X name ("Escape", "Return", "a"), "Alt+" before it for the modifier; it goes
   // wherever the focus is.
   void PressKey(const std::string& key);
-  // Presses the key and keeps it down, or lets it go.
-  void HoldKey(const std::string& key, bool down);
   // The same without giving the keyboard time to follow a window.
   void PressKeyAtOnce(const std::string& key);
+  // Presses the key and keeps it down, or lets it go.
+  void HoldKey(const std::string& key, bool down);
   void Type(const std::string& text);
 
   // 0xRRGGBB at a screen position.

@@ -1,14 +1,14 @@
-#include "tests/audio/audio_devices_contract.h"
-
+// What every backend of the audio devices promises, whatever stands behind it.
 #include <gmock/gmock.h>
 
 #include <chrono>
 #include <future>
-#include <thread>
 
+#include "tests/audio/audio_machines.h"
 #include "tests/audio/recording_sink.h"
 
 namespace support {
+namespace {
 
 using namespace std::chrono_literals;
 using platform::DataFlow;
@@ -16,21 +16,23 @@ using platform::DeviceRole;
 using platform::HResult;
 using Kind = platform::EndpointReportKind;
 
-std::vector<std::u16string> AudioDevicesContract::Ids(std::uint32_t stateMask) {
-  std::vector<std::u16string> ids;
-  const auto enumerator = machine_->Devices().CreateEnumerator();
-  const auto endpoints = enumerator->EnumerateEndpoints(DataFlow::Render, stateMask);
-  for (std::uint32_t i = 0; endpoints != nullptr && i < endpoints->Count(); ++i) {
-    ids.push_back(endpoints->Item(i)->Id().value_or(u""));
+class AudioDevicesContract : public testing::TestWithParam<AudioMachineMaker> {
+ protected:
+  std::vector<std::u16string> Ids() {
+    std::vector<std::u16string> ids;
+    const auto endpoints = machine_->Devices().CreateEnumerator()->EnumerateEndpoints(
+        DataFlow::Render, platform::kDeviceStateActive);
+    for (std::uint32_t i = 0; endpoints != nullptr && i < endpoints->Count(); ++i) {
+      ids.push_back(endpoints->Item(i)->Id().value_or(u""));
+    }
+    return ids;
   }
-  return ids;
-}
+  std::u16string DefaultId() { return DefaultIdOf(machine_->Devices()); }
 
-std::u16string AudioDevicesContract::DefaultId() {
-  const auto enumerator = machine_->Devices().CreateEnumerator();
-  const auto endpoint = enumerator->DefaultEndpoint(DataFlow::Render, DeviceRole::Console);
-  return endpoint == nullptr ? u"none" : endpoint->Id().value_or(u"");
-}
+  const std::unique_ptr<AudioMachine> machine_ = GetParam()();
+};
+
+INSTANTIATE_TEST_SUITE_P(Machines, AudioDevicesContract, testing::ValuesIn(AudioMachines()));
 
 TEST_P(AudioDevicesContract, TellsEveryEndpointAndItsProperties) {
   const auto enumerator = machine_->Devices().CreateEnumerator();
@@ -110,4 +112,5 @@ TEST_P(AudioDevicesContract, NoReportRunsOnceUnregisteringHasReturned) {
   EXPECT_NE(enumerator->UnregisterCallback(sink), HResult::Ok) << "it is no longer registered";
 }
 
+}  // namespace
 }  // namespace support
