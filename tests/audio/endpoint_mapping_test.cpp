@@ -12,6 +12,7 @@
 #include "platform/linux/audio/pulse_endpoints.h"
 #include "platform/linux/audio/pulse_ports.h"
 #include "platform/linux/audio/uuid5.h"
+#include "tests/audio/recording_sink.h"
 #include "tests/support/registry_tree.h"
 
 namespace platform {
@@ -207,6 +208,28 @@ TEST(JackValues, AreNumbersOf32BitsUnderTheDriversNames) {
       EXPECT_EQ(ReadJackValue(registry, u"{G}", property), std::nullopt);
     }
   }
+}
+
+TEST(EndpointNotifiers, TellOnceWhatWaitsTwiceAndNobodyWhoHasLeft) {
+  const EndpointReport first{EndpointReportKind::Added, u"a"};
+  const EndpointReport second{EndpointReportKind::Added, u"b"};
+  EndpointNotifier notifier;
+  support::RecordingSink leaving;
+  std::once_flag once;
+  support::RecordingSink staying([&] {
+    std::call_once(once, [&] {
+      for (int i = 0; i < 2; ++i) notifier.Post(second);
+      EXPECT_EQ(notifier.Unregister(leaving), HResult::Ok);
+    });
+  });
+  EXPECT_EQ(notifier.Register(staying), HResult::Ok);
+  EXPECT_EQ(notifier.Register(leaving), HResult::Ok);
+  EXPECT_EQ(notifier.Register(leaving), HResult::Fail);
+  notifier.Post(first);
+  notifier.WaitUntilDelivered();
+  EXPECT_EQ(staying.Reports(), (std::vector{first, second}));
+  EXPECT_TRUE(leaving.Reports().empty());
+  EXPECT_EQ(notifier.Unregister(staying), HResult::Ok);
 }
 
 TEST(DeviceLists, TellTheirPropertiesAsThePlatformStoresThem) {

@@ -58,6 +58,11 @@ TEST_P(FileSystemContract, CreatesEmptiesAppendsReadsAndRemoves) {
   for (const std::string_view text : {"+a", "", "+b"}) {
     EXPECT_TRUE(file->Write(std::as_bytes(std::span(text))));
   }
+  EXPECT_EQ(files_.CreateNew(Path(u"file")), nullptr);
+  const std::unique_ptr<File> fresh = files_.CreateNew(Path(u"new"));
+  ASSERT_TRUE(fresh);
+  EXPECT_EQ(Open(u"new", FileAccess::Append), nullptr);
+  EXPECT_TRUE(fresh->Write(std::as_bytes(std::span(std::string_view("text")))));
   std::array<std::byte, 4> bytes{};
   std::size_t read = 9;
   EXPECT_FALSE(file->Read(bytes, &read));

@@ -127,7 +127,7 @@ TEST_F(PosixFilesTest, MakesTheLogsFolderWithTheLogAndNoOtherAndFollowsLinksButT
   EXPECT_FALSE(fs::exists(temporary_.Path() / "a"));
   EXPECT_EQ(files_.CreateAlways(Path("b/file")), nullptr) << "no other file's folder is made";
   const mode_t before = umask(0077);
-  EXPECT_TRUE(files_.CreateAlways(log));
+  EXPECT_TRUE(files_.CreateNew(log));
   umask(before);
   EXPECT_EQ(fs::status(stateFolder_ / "Velsona.txt").permissions(), fs::perms(0666));
   EXPECT_EQ(fs::status(stateFolder_).permissions(), fs::perms(0777));
@@ -138,7 +138,7 @@ TEST_F(PosixFilesTest, MakesTheLogsFolderWithTheLogAndNoOtherAndFollowsLinksButT
   }
   EXPECT_TRUE(Opens(Path("link")));
   EXPECT_FALSE(Opens(log, FileAccess::Append));
-  EXPECT_EQ(files_.CreateAlways(log), nullptr);
+  EXPECT_EQ(files_.CreateNew(log), nullptr);
 }
 
 TEST_F(PosixFilesTest, NamesTheFolderInWhichTheProgramReallyLies) {
