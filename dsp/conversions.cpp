@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "dsp/rounded_math.h"
 #include "dsp/truncation.h"
 
 namespace dsp {
@@ -39,7 +40,7 @@ float GainFromSlider(std::int32_t slider) {
 }
 
 float GainFromDecibels(float decibels) {
-  return std::pow(10.0F, decibels / 20.0F);
+  return RoundedPowerOf10(decibels / 20.0F);
 }
 
 float DecibelsFromSlider(std::int32_t slider) {
@@ -51,7 +52,7 @@ std::int32_t DecibelsToSlider(float decibels) {
 }
 
 std::int32_t GainToSlider(float gain) {
-  return TruncateToInt32(std::log10(gain) * 200.0F);
+  return TruncateToInt32(RoundedLog10(gain) * 200.0F);
 }
 
 std::u16string GainText(std::int32_t slider) {

@@ -1,11 +1,11 @@
 #include "dsp/plot_mapping.h"
 
-#include <cmath>
+#include "dsp/rounded_math.h"
 
 namespace dsp {
 
 float PlotMapping::X(float frequency) const {
-  const double logFreq = std::log10(frequency);  // single precision, the rest is double
+  const double logFreq = RoundedLog10(frequency);  // single precision, the rest is double
   const double span = static_cast<double>(width) - plotRight - plotLeft;
   return static_cast<float>(plotLeft + (logFreq - logFreqMin) / (logFreqMax - logFreqMin) * span);
 }

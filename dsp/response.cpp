@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "dsp/rounded_math.h"
+
 namespace dsp {
 namespace {
 
@@ -83,7 +85,7 @@ void MapResponseToPlot(const PlotMapping& mapping, ResponsePlotData& plot) {
   const EvalFreqs& grid = plot.evalFreqs;
   for (std::size_t i = 0; i < kGridPoints; ++i) {
     const float magnitude = std::hypot(grid.response.re[i], grid.response.im[i]);
-    plot.curvePoints[i] = {mapping.X(grid.f[i]), mapping.Y(20.0F * std::log10(magnitude))};
+    plot.curvePoints[i] = {mapping.X(grid.f[i]), mapping.Y(20.0F * RoundedLog10(magnitude))};
   }
 }
 
