@@ -182,12 +182,15 @@ class FakeEnumerator : public AudioDeviceEnumerator {
     return std::make_unique<FakeCollection>(lease_.Shared(), std::move(ids));
   }
 
-  std::unique_ptr<AudioDevice> DefaultEndpoint(DataFlow flow, DeviceRole /*role*/) override {
+  std::unique_ptr<AudioDevice> DefaultEndpoint(DataFlow flow, DeviceRole role) override {
     FakeAudioDevices::State& state = lease_.State();
     std::u16string id;
     {
       const std::lock_guard lock(state.mutex);
-      if (!state.Begin(AudioStep::DefaultEndpoint) || flow != DataFlow::Render) return nullptr;
+      if (!state.Begin(AudioStep::DefaultEndpoint) || flow != DataFlow::Render ||
+          role != DeviceRole::Console) {
+        return nullptr;
+      }
       const FakeEndpoint* endpoint = state.Find(state.defaultId);
       if (endpoint == nullptr || endpoint->state != kDeviceStateActive) return nullptr;
       id = endpoint->id;

@@ -33,7 +33,7 @@ enum class AudioStep {
 inline constexpr std::size_t kAudioStepCount = static_cast<std::size_t>(AudioStep::PeakValue) + 1;
 
 struct FakeEndpoint {
-  std::u16string id;
+  std::u16string id = {};
   std::uint32_t state = kDeviceStateActive;
   // Nothing: the property is missing or not a string.
   std::optional<std::u16string> guid = {};
@@ -62,7 +62,8 @@ class FakeAudioDevices : public AudioDevices {
   void Remove(std::u16string_view id);
   void SetState(std::u16string_view id, std::uint32_t state);
   void SetPeak(std::u16string_view id, float peak);
-  // An empty ID: no default. An ID that is unknown or not active counts as none.
+  // Of the console role; the others have none. An empty ID: no default. An ID that is unknown or
+  // not active counts as none.
   void SetDefault(std::u16string_view id);
 
   // From now on the step fails, or works again, for every endpoint.

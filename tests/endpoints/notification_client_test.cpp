@@ -5,14 +5,24 @@
 #include <chrono>
 #include <functional>
 
+#include "platform/com_apartment.h"
 #include "platform/fake/fake_audio_devices.h"
 #include "platform/fake/fake_clock.h"
+#include "tests/endpoints/apartment.h"
+
+platform::ComApartment::ComApartment() : joined_(true) {
+  ++endpoints::joinedApartments;
+}
+platform::ComApartment::~ComApartment() {
+  --endpoints::joinedApartments;
+}
 
 namespace endpoints {
 namespace {
 
 using platform::AudioStep;
 using platform::HResult;
+using enum EndpointWarning;
 
 class NotificationClientTest : public testing::Test {
  protected:
@@ -25,104 +35,87 @@ class NotificationClientTest : public testing::Test {
 
   platform::FakeAudioDevices devices_;
   platform::FakeClock clock_;
+  CMMNotificationClient client_{devices_, clock_};
 };
 
 TEST_F(NotificationClientTest, AnswersForItsTwoInterfaces) {
-  CMMNotificationClient client(devices_, clock_);
-  const auto unknown = platform::GuidFromString(u"{00000000-0000-0000-C000-000000000046}");
-  const auto notification = platform::GuidFromString(u"{7991EEC9-7E89-4D85-8390-6C703CEC60C0}");
-  const auto foreign = platform::GuidFromString(u"{7991EEC9-7E89-4D85-8390-6C703CEC60C1}");
-  auto* const sink = static_cast<platform::EndpointNotificationSink*>(&client);
-  void* object = nullptr;
-  EXPECT_EQ(client.QueryInterface(*unknown, &object), HResult::Ok);
-  EXPECT_EQ(object, sink);
-  object = nullptr;
-  EXPECT_EQ(client.QueryInterface(*notification, &object), HResult::Ok);
-  EXPECT_EQ(object, sink);
-  EXPECT_EQ(client.QueryInterface(*foreign, &object), HResult::NoInterface);
-  EXPECT_EQ(object, nullptr);
-  EXPECT_EQ(client.AddRef(), 4U) << "two look-ups and the first reference";
-  EXPECT_EQ(client.Release(), 3U);
+  void* const sink = static_cast<platform::EndpointNotificationSink*>(&client_);
+  const struct {
+    const char16_t* id;
+    HResult result;
+    void* object;
+  } cases[] = {{u"{00000000-0000-0000-C000-000000000046}", HResult::Ok, sink},
+               {u"{7991EEC9-7E89-4D85-8390-6C703CEC60C0}", HResult::Ok, sink},
+               {u"{7991EEC9-7E89-4D85-8390-6C703CEC60C1}", HResult::NoInterface, nullptr}};
+  for (const auto& c : cases) {
+    void* object = this;
+    EXPECT_EQ(client_.QueryInterface(*platform::GuidFromString(c.id), &object), c.result);
+    EXPECT_EQ(object, c.object);
+  }
+  EXPECT_EQ(client_.AddRef(), 4U) << "two look-ups and the first reference";
+  EXPECT_EQ(client_.Release(), 3U);
 }
 
-TEST_F(NotificationClientTest, LastReleaseDestroys) {
+TEST_F(NotificationClientTest, LastReleaseDestroysAndDestructionUnregisters) {
   auto* const client = new CMMNotificationClient(devices_, clock_);
   EXPECT_EQ(client->Register(), HResult::Ok);
-  client->Unregister();
-  EXPECT_EQ(client->AddRef(), 2U) << "the service has given its reference back";
-  EXPECT_EQ(client->Release(), 1U);
-  EXPECT_EQ(client->Release(), 0U);  // else the leak check finds it
-}
-
-TEST_F(NotificationClientTest, DestructionUnregisters) {
-  {
-    CMMNotificationClient client(devices_, clock_);
-    EXPECT_EQ(client.Register(), HResult::Ok);
-    EXPECT_TRUE(devices_.HasSinks());
-  }
+  EXPECT_TRUE(devices_.HasSinks());
+  EXPECT_EQ(client->Release(), 1U) << "the service holds one";
+  EXPECT_EQ(client->Release(), 0U);
   EXPECT_FALSE(devices_.HasSinks());
-}
-
-TEST_F(NotificationClientTest, RegisterEvaluatesOnceAfterItsPause) {
-  devices_.SetPeak(u"screen", 0.5F);
-  CMMNotificationClient client(devices_, clock_);
-  EXPECT_EQ(client.endpointWarning, EndpointWarning::Hidden);
-  EXPECT_EQ(client.Register(), HResult::Ok);
-  EXPECT_EQ(client.endpointWarning, EndpointWarning::Shown);
-  EXPECT_EQ(clock_.Sleeps(), std::vector{std::chrono::milliseconds(100)});
 }
 
 TEST_F(NotificationClientTest, RefusedRegistrationNeverWarns) {
   devices_.SetPeak(u"screen", 0.5F);
   for (const AudioStep step : {AudioStep::CreateEnumerator, AudioStep::RegisterCallback}) {
-    CMMNotificationClient client(devices_, clock_);
     devices_.Fail(step);
-    EXPECT_NE(client.Register(), HResult::Ok);
-    EXPECT_EQ(client.endpointWarning, EndpointWarning::Hidden);
+    EXPECT_EQ(client_.Register(), HResult::Fail);
     devices_.Heal(step);
-    const int calls = devices_.Calls(AudioStep::UnregisterCallback);
-    client.Unregister();
-    EXPECT_EQ(devices_.Calls(AudioStep::UnregisterCallback), calls);
+    client_.Unregister();
   }
+  EXPECT_EQ(client_.endpointWarning, Hidden);
+  EXPECT_EQ(devices_.Calls(AudioStep::UnregisterCallback), 0);
   EXPECT_TRUE(clock_.Sleeps().empty());
 }
 
 TEST_F(NotificationClientTest, EveryKindOfReportEvaluatesWhatHoldsAfterThePause) {
-  CMMNotificationClient client(devices_, clock_);
   const std::function<HResult()> reports[] = {
-      [&] { return client.OnDeviceStateChanged(u"x", 8); },
-      [&] { return client.OnDeviceAdded(u"x"); },
-      [&] { return client.OnDeviceRemoved(u"x"); },
+      [&] { return client_.Register(); },
+      [&] { return client_.OnDeviceStateChanged(u"x", 8); },
+      [&] { return client_.OnDeviceAdded(u"x"); },
+      [&] { return client_.OnDeviceRemoved(u"x"); },
       [&] {
-        return client.OnDefaultDeviceChanged(platform::DataFlow::Capture,
-                                             platform::DeviceRole::Communications, u"x");
+        return client_.OnDefaultDeviceChanged(platform::DataFlow::Capture,
+                                              platform::DeviceRole::Communications, u"x");
       },
-      [&] { return client.OnPropertyValueChanged(u"x", platform::kEndpointGuidProperty); },
+      [&] { return client_.OnPropertyValueChanged(u"x", platform::kEndpointGuidProperty); },
   };
   for (const auto& report : reports) {
-    clock_.SetOnSleep([&] { devices_.SetPeak(u"screen", 0.5F); });
-    EXPECT_EQ(report(), HResult::Ok);
-    EXPECT_EQ(client.endpointWarning, EndpointWarning::Shown);
-    clock_.SetOnSleep([&] { devices_.SetPeak(u"screen", 0.0F); });
-    EXPECT_EQ(report(), HResult::Ok);
-    EXPECT_EQ(client.endpointWarning, EndpointWarning::Hidden);
+    for (const auto& [peak, warning] : {std::pair(0.5F, Shown), std::pair(0.0F, Hidden)}) {
+      clock_.SetOnSleep([&, peak = peak] {
+        EXPECT_EQ(joinedApartments, 1);
+        clock_.SetOnSleep(nullptr);
+        devices_.SetPeak(u"screen", peak);
+      });
+      EXPECT_EQ(report(), HResult::Ok);
+      EXPECT_EQ(joinedApartments, 0);
+      EXPECT_EQ(client_.endpointWarning, warning);
+      client_.Unregister();
+    }
   }
-  EXPECT_EQ(clock_.Sleeps().size(), 10U);
+  EXPECT_EQ(clock_.Sleeps(), std::vector(12, std::chrono::milliseconds(100)));
+  EXPECT_EQ(devices_.Calls(AudioStep::UnregisterCallback), 2) << "once for each registration";
 }
 
 TEST_F(NotificationClientTest, FollowsTheServiceUntilUnregistered) {
-  CMMNotificationClient client(devices_, clock_);
-  ASSERT_EQ(client.Register(), HResult::Ok);
-  EXPECT_EQ(client.endpointWarning, EndpointWarning::Hidden);
+  ASSERT_EQ(client_.Register(), HResult::Ok);
   devices_.SetPeak(u"screen", 0.5F);
   devices_.WaitUntilDelivered();
-  EXPECT_EQ(client.endpointWarning, EndpointWarning::Shown);
-
-  client.Unregister();
-  EXPECT_FALSE(devices_.HasSinks());
+  EXPECT_EQ(client_.endpointWarning, Shown);
+  client_.Unregister();
   devices_.Remove(u"screen");
   devices_.WaitUntilDelivered();
-  EXPECT_EQ(client.endpointWarning, EndpointWarning::Shown);
+  EXPECT_EQ(client_.endpointWarning, Shown);
 }
 
 }  // namespace

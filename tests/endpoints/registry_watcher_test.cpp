@@ -11,10 +11,10 @@
 
 #include "platform/fake/fake_audio_devices.h"
 #include "platform/fake/fake_registry.h"
-#include "platform/jack_state.h"
-#include "store/registry_layout.h"
+#include "tests/endpoints/apartment.h"
 #include "tests/support/failing_registry.h"
 #include "tests/support/registry_tree.h"
+#include "tests/support/routes.h"
 
 namespace endpoints {
 namespace {
@@ -22,14 +22,14 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 using store::OutputPath;
+using support::kHeadphones;
+using support::kSpeaker;
+using support::kSubwoofer;
+using enum store::OutputPath;
 
-const std::u16string kSpeaker = u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}";
-const std::u16string kHeadphones = u"{DFF21CE2-F70F-11D0-B917-00A0C9223196}";
-const std::u16string kSubwoofer = u"{765D256B-701A-44F8-BA7A-4A95AFA7C762}";
 const std::u16string kUsbJack = u"{DFF21CE3-F70F-11D0-B917-00A0C9223196}";
 const std::u16string kGuid = u"{11111111-1111-1111-1111-111111111111}";
 const std::u16string kUsbGuid = u"{22222222-2222-2222-2222-222222222222}";
-const std::u16string kJackPrefix = u"{1496451E-75E5-484F-9914-A9F246BC960F},";
 
 // Audio devices that tell how often they were asked and that can make whoever asks wait.
 class WatchedDevices : public platform::AudioDevices {
@@ -37,6 +37,7 @@ class WatchedDevices : public platform::AudioDevices {
   explicit WatchedDevices(platform::AudioDevices& inner) : inner_(inner) {}
 
   std::unique_ptr<platform::AudioDeviceEnumerator> CreateEnumerator() override {
+    EXPECT_EQ(joinedApartments, 1);
     std::unique_lock lock(mutex_);
     ++asked_;
     changed_.notify_all();
@@ -98,18 +99,23 @@ class RegistryWatcherTest : public testing::Test {
     fakeDevices_.Add({.id = u"speaker", .guid = kGuid, .jackSubType = kSpeaker});
     fakeDevices_.Add({.id = u"usb", .guid = kUsbGuid, .jackSubType = kUsbJack});
     fakeDevices_.SetDefault(u"speaker");
-    support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 1);
+    SetHint(1);
     SetJack(u"6", 1);
     SetActive(kSpeaker, u"2");
     SetActive(kHeadphones, u"1");
   }
 
-  void SetJack(const std::u16string& number, std::uint32_t value) {
-    support::PutDword(registry_, platform::JackKeyPath(kGuid), kJackPrefix + number, value);
+  void SetHint(std::uint32_t value) {
+    support::PutDword(registry_, support::kProduct, u"HardwareOutputPath", value);
+  }
+
+  void SetJack(const std::u16string& number, std::uint32_t value,
+               const std::u16string& guid = kGuid) {
+    support::PutDword(registry_, support::JackKey(guid), support::kJackPrefix + number, value);
   }
 
   void SetActive(const std::u16string& route, const std::u16string& setting) {
-    support::PutText(registry_, store::SettingsKeyPath(route), u"ActiveSetting", setting);
+    support::PutText(registry_, support::Settings(route), u"ActiveSetting", setting);
   }
 
   SettingChangedPoster Poster() {
@@ -117,8 +123,8 @@ class RegistryWatcherTest : public testing::Test {
   }
 
   // Returns when the thread is in its first look, from where on it misses no change.
-  void Start(std::int32_t settingIndex = 1) {
-    watcher_.Start({kGuid, OutputPath::InternalSpeaker, settingIndex}, Poster());
+  void Start(const std::u16string& guid = kGuid) {
+    watcher_.Start({guid, InternalSpeaker, 1}, Poster());
     LookAgain();
   }
 
@@ -153,62 +159,76 @@ class RegistryWatcherTest : public testing::Test {
 TEST_F(RegistryWatcherTest, PostsForASettingOfTheCurrentRouteOnly) {
   Start();
   SetActive(kSpeaker, u"5");
-  ExpectPosts({OutputPath::InternalSpeaker});
+  ExpectPosts({InternalSpeaker});
   const int asked = WaitUntilQuiet();
   SetActive(kHeadphones, u"4");
-  support::PutFloat(registry_, store::SettingKeyPath(store::Tree::Parameters, kSpeaker, u"5"),
-                    u"Param1", 1.0F);
+  support::PutFloat(registry_, support::Settings(kSpeaker) + u"\\5", u"Param1", 1.0F);
   EXPECT_EQ(WaitUntilQuiet(), asked) << "other keys do not wake the thread";
 
   SetJack(u"4", 1);
-  ExpectPosts({OutputPath::InternalSpeaker, OutputPath::Headphone});
+  ExpectPosts({InternalSpeaker, Headphone});
   SetActive(kHeadphones, u"1");
-  ExpectPosts({OutputPath::InternalSpeaker, OutputPath::Headphone, OutputPath::Headphone});
+  ExpectPosts({InternalSpeaker, Headphone, Headphone});
 }
 
 TEST_F(RegistryWatcherTest, WakingWithoutADifferencePostsNothing) {
   Start();
-  support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 1);
+  SetHint(1);
   LookAgain();
-  support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 3);
+  SetHint(3);
   LookAgain();
   SetActive(kSpeaker, u"2");
   LookAgain();
   // A setting that cannot be read counts as the second.
-  support::RemoveValue(registry_, store::SettingsKeyPath(kSpeaker), u"ActiveSetting");
+  support::RemoveValue(registry_, support::Settings(kSpeaker), u"ActiveSetting");
   LookAgain();
   SetJack(u"4", 1);
-  ExpectPosts({OutputPath::Headphone});
+  ExpectPosts({Headphone});
 }
 
 TEST_F(RegistryWatcherTest, ReportsAtItsFirstWakeWhatTheWindowMissed) {
-  Start(4);
-  ExpectPosts({OutputPath::InternalSpeaker});
+  RegistryWatcher other(registry_, devices_, nullptr);
+  watcher_.Start({kGuid, InternalSpeaker, 4}, Poster());
+  watcher_.Wake();
+  ExpectPosts({InternalSpeaker});
+  other.Start({kGuid, Headphone, 1}, Poster());
+  other.Wake();
+  ExpectPosts({InternalSpeaker, InternalSpeaker});
+  EXPECT_EQ(UM_SETTING_CHANGED, 0x403U);
+}
+
+TEST_F(RegistryWatcherTest, KeepsFortyNineUnitsOfAnEndpointsName) {
+  const std::u16string guid(60, u'g');
+  fakeDevices_.Add({.id = u"long", .guid = guid, .jackSubType = kSpeaker});
+  fakeDevices_.SetDefault(u"long");
+  SetJack(u"6", 1, guid.substr(0, 49));
+  Start(guid);
+  SetJack(u"4", 1, guid.substr(0, 49));
+  ExpectPosts({Headphone});
 }
 
 TEST_F(RegistryWatcherTest, KeepsTheIndexWhileARouteHasNoSettings) {
-  Start(1);
+  Start();
   SetJack(u"20", 1);  // no "Settings" key for the subwoofer yet
-  ExpectPosts({OutputPath::SpeakerWithSubwoofer});
+  ExpectPosts({SpeakerWithSubwoofer});
   SetActive(kSubwoofer, u"1");
   watcher_.Wake();
-  ExpectPosts({OutputPath::SpeakerWithSubwoofer, OutputPath::SpeakerWithSubwoofer});
+  ExpectPosts({SpeakerWithSubwoofer, SpeakerWithSubwoofer});
   SetActive(kSubwoofer, u"3");
-  ExpectPosts({OutputPath::SpeakerWithSubwoofer, OutputPath::SpeakerWithSubwoofer,
-               OutputPath::SpeakerWithSubwoofer});
+  ExpectPosts({SpeakerWithSubwoofer, SpeakerWithSubwoofer, SpeakerWithSubwoofer});
 }
 
 TEST_F(RegistryWatcherTest, SstDriverAndHintWakeTooWhereThereIsNoJackState) {
   static_cast<void>(
-      registry_.RemoveTree(platform::RegistryRoot::LocalMachine, platform::JackKeyPath(kGuid)));
-  const std::u16string device = std::u16string(store::kMediaClassKey) + u"\\0000";
+      registry_.RemoveTree(platform::RegistryRoot::LocalMachine, support::JackKey(kGuid)));
+  const std::u16string device = support::kMediaClass + u"\\0000";
   support::PutText(registry_, device, u"Driver", u"isstrtc.sys");
   support::PutDword(registry_, device + u"\\HeadsetStatus", u"HeadsetStatus", 2);
   Start();
-  support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 0);
-  ExpectPosts({OutputPath::LineOut});
+  SetHint(0);
+  ExpectPosts({LineOut});
   support::PutDword(registry_, device + u"\\HeadsetStatus", u"HeadsetStatus", 1);
-  ExpectPosts({OutputPath::LineOut, OutputPath::Headphone});
+  ExpectPosts({LineOut, Headphone});
 }
 
 // A window that reads on each post would hide the gap most of the time.
@@ -217,14 +237,17 @@ TEST_F(RegistryWatcherTest, MissesNoSettingThatIsWrittenJustBeforeItWatches) {
   int looks = 0;
   registry.SetFault([&](support::RegistryStep step, std::u16string_view path, std::u16string_view) {
     const bool settings =
-        step == support::RegistryStep::Watch && path == store::SettingsKeyPath(kSpeaker);
+        step == support::RegistryStep::Watch && path == support::Settings(kSpeaker);
     if (settings && ++looks == 2) SetActive(kSpeaker, u"5");
+    if (step == support::RegistryStep::Open && path == support::Settings(kSpeaker)) {
+      EXPECT_EQ(registry.OpenKeys(), 2) << "the one before is closed first";
+    }
     return false;
   });
   RegistryWatcher watcher(registry, devices_, nullptr);
-  watcher.Start({kGuid, OutputPath::InternalSpeaker, 1}, Poster());
+  watcher.Start({kGuid, InternalSpeaker, 1}, Poster());
   watcher.Wake();
-  ExpectPosts({OutputPath::InternalSpeaker});
+  ExpectPosts({InternalSpeaker});
   EXPECT_TRUE(watcher.Stop());
 }
 
@@ -233,16 +256,16 @@ TEST_F(RegistryWatcherTest, GoesOverToANewDefaultEndpoint) {
   Start();
   fakeDevices_.SetDefault(u"usb");
   watcher_.Wake();
-  ExpectPosts({OutputPath::InternalSpeaker});
+  ExpectPosts({InternalSpeaker});
   // From the second look on the route is the new endpoint's, for which the hint alone speaks.
-  support::PutDword(registry_, store::kProductKey, u"HardwareOutputPath", 2);
-  ExpectPosts({OutputPath::InternalSpeaker, OutputPath::Headphone});
+  SetHint(2);
+  ExpectPosts({InternalSpeaker, Headphone});
 }
 
 TEST_F(RegistryWatcherTest, StopsAtOnceAndStartsOnce) {
   EXPECT_TRUE(watcher_.Stop()) << "never started";
   Start();
-  watcher_.Start({kGuid, OutputPath::LineOut, 5}, [](OutputPath) { FAIL(); });
+  watcher_.Start({kGuid, LineOut, 5}, [](OutputPath) { FAIL(); });
   const auto begin = steady_clock::now();
   EXPECT_TRUE(watcher_.Stop());
   EXPECT_LT(steady_clock::now() - begin, RegistryWatcher::kStopTimeout);
@@ -258,7 +281,7 @@ TEST_F(RegistryWatcherTest, AHangingThreadIsLeftToItselfWithAllItUses) {
   const std::weak_ptr<int> owned = owner;
   {
     RegistryWatcher watcher(registry_, devices_, std::move(owner));
-    watcher.Start({kGuid, OutputPath::InternalSpeaker, 1},
+    watcher.Start({kGuid, InternalSpeaker, 1},
                   [token = std::move(token), this](OutputPath path) { posts_.Add(path); });
     ASSERT_TRUE(devices_.WaitUntilAsked(1));
     devices_.Hold(true);
@@ -273,7 +296,7 @@ TEST_F(RegistryWatcherTest, AHangingThreadIsLeftToItselfWithAllItUses) {
   }
   EXPECT_FALSE(held.expired() || owned.expired());
   devices_.Hold(false);
-  ExpectPosts({OutputPath::Headphone});
+  ExpectPosts({Headphone});
   const auto deadline = steady_clock::now() + std::chrono::seconds(10);
   while (!(held.expired() && owned.expired()) && steady_clock::now() < deadline) {
     std::this_thread::sleep_for(milliseconds(1));

@@ -2,28 +2,31 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <map>
 #include <optional>
-#include <string>
 
 #include "platform/fake/fake_registry.h"
 #include "platform/jack_state.h"
-#include "store/registry_layout.h"
+#include "tests/support/failing_registry.h"
 #include "tests/support/registry_tree.h"
+#include "tests/support/routes.h"
 
 namespace endpoints {
 namespace {
 
 using platform::RegistryType;
+using store::OutputPath;
+using enum store::OutputPath;
 
 const std::u16string kGuid = u"{11111111-1111-1111-1111-111111111111}";
-const std::u16string kJackPrefix = u"{1496451E-75E5-484F-9914-A9F246BC960F},";
+const std::u16string kJack = support::JackKey(kGuid);
+const std::string kSst = support::TextBytes(u"isstrtc.sys");
 
-void AddSstDevice(platform::FakeRegistry& registry, const std::u16string& name,
-                  const std::u16string& driver, std::optional<std::uint32_t> headsetStatus) {
-  const std::u16string device = std::u16string(store::kMediaClassKey) + u"\\" + name;
-  support::PutText(registry, device, u"Driver", driver);
+void AddSst(platform::Registry& registry, const std::u16string& name, const std::string& driver,
+            std::optional<std::uint32_t> headsetStatus = 1,
+            RegistryType type = RegistryType::String) {
+  const std::u16string device = support::kMediaClass + u"\\" + name;
+  support::PutValue(registry, device, u"Driver", type, driver);
   if (headsetStatus) {
     support::PutDword(registry, device + u"\\HeadsetStatus", u"HeadsetStatus", *headsetStatus);
   }
@@ -32,48 +35,43 @@ void AddSstDevice(platform::FakeRegistry& registry, const std::u16string& name,
 TEST(RouteDetection, JackStateBeatsSstFlagBeatsHint) {
   const auto kNone = std::optional<std::uint32_t>();
   const struct {
-    const char* what;
-    std::optional<std::uint32_t> hint;
-    std::optional<std::uint32_t> sst;
+    std::optional<std::uint32_t> hint, sst;
     std::map<std::u16string, std::uint32_t> jack;
     OutputPath expected;
   } cases[] = {
-      {"nothing", kNone, kNone, {}, OutputPath::LineOut},
-      {"hint 0", 0, kNone, {}, OutputPath::LineOut},
-      {"hint 1", 1, kNone, {}, OutputPath::InternalSpeaker},
-      {"hint 2", 2, kNone, {}, OutputPath::Headphone},
-      {"hint 3", 3, kNone, {}, OutputPath::SpeakerWithSubwoofer},
-      {"hint 4", 4, kNone, {}, OutputPath::LineOut},
-      {"sst 0 beats hint", 2, 0, {}, OutputPath::InternalSpeaker},
-      {"sst 1 beats hint", 3, 1, {}, OutputPath::Headphone},
-      {"sst 2 leaves hint", 3, 2, {}, OutputPath::SpeakerWithSubwoofer},
-      {"only 6, zero", 2, 1, {{u"6", 0}}, OutputPath::LineOut},
-      {"6", 2, 1, {{u"6", 7}}, OutputPath::InternalSpeaker},
-      {"6 and 20", kNone, kNone, {{u"6", 1}, {u"20", 5}}, OutputPath::SpeakerWithSubwoofer},
-      {"20 without 6", 2, kNone, {{u"20", 1}}, OutputPath::Headphone},
-      {"20 with 6 zero", 2, kNone, {{u"6", 0}, {u"20", 1}}, OutputPath::LineOut},
-      {"4", kNone, kNone, {{u"4", 1}}, OutputPath::Headphone},
-      {"4 is exactly 1", 1, kNone, {{u"4", 2}}, OutputPath::LineOut},
-      {"4 beats 6", kNone, kNone, {{u"6", 1}, {u"20", 1}, {u"4", 1}}, OutputPath::Headphone},
-      {"1 wins last", kNone, kNone, {{u"6", 1}, {u"20", 1}, {u"1", 1}}, OutputPath::Headphone},
-      {"1 zero alone", 2, kNone, {{u"1", 0}}, OutputPath::LineOut},
-      {"1 alone", kNone, kNone, {{u"1", 1}}, OutputPath::Headphone},
-      {"all zero", 2, 1, {{u"6", 0}, {u"20", 0}, {u"4", 0}, {u"1", 0}}, OutputPath::LineOut},
-      {"zeros leave 6",
-       kNone,
-       kNone,
-       {{u"6", 1}, {u"20", 0}, {u"4", 0}, {u"1", 0}},
-       OutputPath::InternalSpeaker},
+      {kNone, kNone, {}, LineOut},
+      {0, kNone, {}, LineOut},
+      {1, kNone, {}, InternalSpeaker},
+      {2, kNone, {}, Headphone},
+      {3, kNone, {}, SpeakerWithSubwoofer},
+      {4, kNone, {}, LineOut},
+      {2, 0, {}, InternalSpeaker},
+      {3, 1, {}, Headphone},
+      {3, 2, {}, SpeakerWithSubwoofer},
+      {2, 1, {{u"6", 0}}, LineOut},
+      {2, 1, {{u"6", 7}}, InternalSpeaker},
+      {kNone, kNone, {{u"6", 1}, {u"20", 5}}, SpeakerWithSubwoofer},
+      {2, kNone, {{u"20", 1}}, Headphone},
+      {2, kNone, {{u"6", 0}, {u"20", 1}}, LineOut},
+      {1, kNone, {{u"4", 1}}, Headphone},
+      {1, kNone, {{u"4", 2}}, LineOut},
+      {kNone, kNone, {{u"6", 1}, {u"20", 1}, {u"4", 1}}, Headphone},
+      {kNone, kNone, {{u"6", 1}, {u"4", 0}}, InternalSpeaker},
+      {kNone, kNone, {{u"6", 1}, {u"20", 1}, {u"1", 1}}, Headphone},
+      {kNone, kNone, {{u"4", 1}, {u"1", 0}}, Headphone},
+      {2, kNone, {{u"1", 0}}, LineOut},
+      {2, kNone, {{u"1", 2}}, LineOut},
+      {kNone, kNone, {{u"1", 1}}, Headphone},
+      {kNone, kNone, {{u"6", 1}, {u"20", 0}, {u"4", 0}, {u"1", 0}}, InternalSpeaker},
   };
+  int number = 0;
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
+    SCOPED_TRACE(number++);
     platform::FakeRegistry registry;
-    if (c.hint) {
-      support::PutDword(registry, store::kProductKey, u"HardwareOutputPath", *c.hint);
-    }
-    if (c.sst) AddSstDevice(registry, u"0003", u"isstrtc.sys", c.sst);
-    for (const auto& [number, value] : c.jack) {
-      support::PutDword(registry, platform::JackKeyPath(kGuid), kJackPrefix + number, value);
+    if (c.hint) support::PutDword(registry, support::kProduct, u"HardwareOutputPath", *c.hint);
+    if (c.sst) AddSst(registry, u"0003", kSst, c.sst);
+    for (const auto& [name, value] : c.jack) {
+      support::PutDword(registry, kJack, support::kJackPrefix + name, value);
     }
     EXPECT_EQ(DetectOutputPath(registry, kGuid), c.expected);
     if (c.jack.empty()) {
@@ -83,64 +81,97 @@ TEST(RouteDetection, JackStateBeatsSstFlagBeatsHint) {
 }
 
 TEST(RouteDetection, SizesCountButOnlyTheSstFlagHasAType) {
-  platform::FakeRegistry registry;
+  platform::FakeRegistry inner;
+  support::FailingRegistry registry(inner);
   const std::string one("\1\0\0\0", 4);
-  support::PutValue(registry, store::kProductKey, u"HardwareOutputPath", RegistryType::Binary,
+  support::PutValue(inner, support::kProduct, u"HardwareOutputPath", RegistryType::Binary,
                     std::string("\2\0\0\0\0\0\0\0", 8));
-  EXPECT_EQ(DetectOutputPath(registry, kGuid), OutputPath::LineOut) << "eight bytes do not fit";
-  support::PutValue(registry, store::kProductKey, u"HardwareOutputPath", RegistryType::Binary, one);
-  EXPECT_EQ(DetectOutputPath(registry, kGuid), OutputPath::InternalSpeaker);
+  EXPECT_EQ(DetectOutputPath(registry, kGuid), LineOut) << "eight bytes do not fit";
+  support::PutValue(inner, support::kProduct, u"HardwareOutputPath", RegistryType::Binary, one);
+  EXPECT_EQ(DetectOutputPath(registry, kGuid), InternalSpeaker);
 
-  AddSstDevice(registry, u"0000", u"isstrtc.sys", 1);
-  const std::u16string headset = std::u16string(store::kMediaClassKey) + u"\\0000\\HeadsetStatus";
-  EXPECT_EQ(DetectOutputPath(registry, kGuid), OutputPath::Headphone);
-  support::PutValue(registry, headset, u"HeadsetStatus", RegistryType::Binary, one);
-  EXPECT_EQ(DetectOutputPath(registry, kGuid), OutputPath::InternalSpeaker);
+  AddSst(inner, u"0000", kSst);
+  const std::u16string headset = support::kMediaClass + u"\\0000\\HeadsetStatus";
+  EXPECT_EQ(DetectOutputPath(registry, kGuid), Headphone);
+  support::PutValue(inner, headset, u"HeadsetStatus", RegistryType::Binary, one);
+  EXPECT_EQ(DetectOutputPath(registry, kGuid), InternalSpeaker);
 
-  support::PutValue(registry, platform::JackKeyPath(kGuid), kJackPrefix + u"4",
-                    RegistryType::Binary, one);
-  EXPECT_EQ(DetectOutputPath(registry, kGuid), OutputPath::Headphone);
+  support::PutValue(inner, kJack, support::kJackPrefix + u"4", RegistryType::Binary, one);
+  EXPECT_EQ(DetectOutputPath(registry, kGuid), Headphone);
+  for (const auto& [path, masks] : registry.Accesses()) {
+    EXPECT_EQ(masks, std::set{0x20119U});
+  }
+  EXPECT_EQ(registry.Accesses().size(), 5U);
 }
 
-TEST(SstHeadsetKey, BelongsToTheLastDeviceOfThatDriver) {
+TEST(SstHeadsetKey, BelongsToTheLastDeviceOfThatDriverThatHasOne) {
   platform::FakeRegistry registry;
   EXPECT_EQ(FindSstHeadsetKey(registry), nullptr);
-  AddSstDevice(registry, u"0000", u"other.sys", 5);
-  AddSstDevice(registry, u"0001", u"ISSTRTC.SYS", 6);
-  AddSstDevice(registry, u"0002", u"isstrtc.sys2", 7);
-  support::MakeKey(registry, std::u16string(store::kMediaClassKey) + u"\\0003");
+  AddSst(registry, u"0000", support::TextBytes(u"other.sys"));
+  AddSst(registry, u"0001", support::TextBytes(u"ISSTRTC.SYS"));
+  AddSst(registry, u"0002", support::TextBytes(u"isstrtc.sys2"));
+  AddSst(registry, u"0003", support::TextBytes(u"isstrtc.sy"));
+  support::MakeKey(registry, support::kMediaClass + u"\\0004");
   EXPECT_EQ(FindSstHeadsetKey(registry), nullptr);
-
-  AddSstDevice(registry, u"0004", u"isstrtc.sys", 8);
-  AddSstDevice(registry, u"0005", u"isstrtc.sys", 9);
-  AddSstDevice(registry, u"0006", u"isstrtc.sys", std::nullopt);
+  AddSst(registry, u"0005", kSst, 8);
+  AddSst(registry, u"0006", kSst, 9);
+  AddSst(registry, u"0007", kSst, std::nullopt);
+  support::MakeKey(registry, support::kMediaClass + u"\\" + std::u16string(255, u'1'));
+  AddSst(registry, u"2", kSst, 10);  // behind a name that fills the buffer, where the search ends
   const auto key = FindSstHeadsetKey(registry);
   ASSERT_NE(key, nullptr);
   EXPECT_EQ(support::GetValue(*key, u"HeadsetStatus")->bytes, std::string("\x09\0\0\0", 4));
 }
 
 TEST(SstHeadsetKey, DriverIsATextWithOrWithoutItsEnd) {
+  const std::string bare = kSst.substr(0, 22);
   const struct {
+    const char* what;
     std::string bytes;
     RegistryType type;
     bool found;
-    const char* what;
   } cases[] = {
-      {support::Bytes(u"isstrtc.sys", 22), RegistryType::String, true, "without NUL"},
-      {support::TextBytes(u"isstrtc.sys") + support::TextBytes(u"x"), RegistryType::String, true,
-       "more behind the NUL"},
-      {support::Bytes(u"isstrtc.sys", 22) + "x", RegistryType::String, true, "odd byte"},
-      {support::TextBytes(u"isstrtc.sys"), RegistryType::ExpandString, false, "other type"},
-      {support::TextBytes(u"isstrtc.sys") + std::string(510, '\0'), RegistryType::String, false,
-       "too long"},
+      {"without NUL", bare, RegistryType::String, true},
+      {"more behind the NUL", kSst + support::TextBytes(u"x"), RegistryType::String, true},
+      {"odd byte", bare + "x", RegistryType::String, true},
+      {"other type", kSst, RegistryType::ExpandString, false},
+      {"fills the buffer", bare + std::string(510 - 22, '\0'), RegistryType::String, true},
+      {"too long", bare + std::string(512 - 22, '\0'), RegistryType::String, false},
   };
   for (const auto& c : cases) {
     platform::FakeRegistry registry;
-    AddSstDevice(registry, u"0000", u"", 1);
-    support::PutValue(registry, std::u16string(store::kMediaClassKey) + u"\\0000", u"Driver",
-                      c.type, c.bytes);
+    AddSst(registry, u"0000", c.bytes, 1, c.type);
     EXPECT_EQ(FindSstHeadsetKey(registry) != nullptr, c.found) << c.what;
   }
+}
+
+TEST(JackState, IsWrittenTogetherUnderTheDriversNamesAndReadAsNumbers) {
+  using enum platform::JackProperty;
+  platform::FakeRegistry inner;
+  support::FailingRegistry registry(inner);
+  EXPECT_TRUE(platform::WriteJackValues(
+      registry, kGuid,
+      std::vector<platform::JackValue>{
+          {OtherHeadphone, 1}, {Headphone, 0x01020304}, {Speaker, 6}, {Subwoofer, 20}}));
+  EXPECT_EQ(registry.WriteScopes(), 1);
+  EXPECT_EQ(registry.UnprotectedChanges(), 0);
+  const auto stored = support::ReadTree(inner, kJack);
+  EXPECT_EQ(stored.size(), 5U);
+  for (const auto& [number, first] :
+       {std::pair(u"1", 1), std::pair(u"4", 4), std::pair(u"6", 6), std::pair(u"20", 20)}) {
+    const auto value = support::GetValue(inner, kJack, support::kJackPrefix + number);
+    EXPECT_EQ(value->type, RegistryType::Dword);
+    EXPECT_EQ(value->bytes[0], first);
+  }
+  EXPECT_EQ(platform::ReadJackValue(inner, kGuid, Headphone), 0x01020304U);
+  EXPECT_EQ(platform::ReadJackValue(inner, u"{other}", Headphone), std::nullopt);
+  support::PutValue(inner, kJack, support::kJackPrefix + u"4", RegistryType::Binary, "1234");
+  EXPECT_EQ(platform::ReadJackValue(inner, kGuid, Headphone), std::nullopt);
+  registry.SetFault([](auto step, auto, auto name) {
+    return step == support::RegistryStep::Set && name.ends_with(u",6");
+  });
+  EXPECT_FALSE(
+      platform::WriteJackValues(registry, kGuid, std::vector<platform::JackValue>{{Speaker, 1}}));
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,9 +29,14 @@ class FailingRegistry : public platform::Registry {
   int WriteScopes() const { return writeScopes_; }
   int UnprotectedChanges() const { return unprotectedChanges_; }
 
+  // The access masks with which each key was asked for, and the keys that are open now.
+  const std::map<std::u16string, std::set<std::uint32_t>>& Accesses() const { return accesses_; }
+  int OpenKeys() const { return openKeys_; }
+
   std::unique_ptr<platform::RegistryKey> OpenKey(platform::RegistryRoot root,
                                                  std::u16string_view path,
                                                  platform::RegistryAccess access) override {
+    accesses_[std::u16string(path)].insert(access);
     if (Fails(RegistryStep::Open, path, {})) return nullptr;
     return Wrap(path, inner_.OpenKey(root, path, access));
   }
@@ -43,6 +50,7 @@ class FailingRegistry : public platform::Registry {
                                                    platform::RegistryAccess access,
                                                    platform::RegistryDisposition* disposition,
                                                    std::u16string_view sddl) override {
+    accesses_[std::u16string(path)].insert(access);
     CountChange();
     if (Fails(RegistryStep::Create, path, {})) return nullptr;
     return Wrap(path, inner_.CreateKey(root, path, access, disposition, sddl));
@@ -87,7 +95,12 @@ class FailingRegistry : public platform::Registry {
    public:
     Key(FailingRegistry& registry, std::u16string_view path,
         std::unique_ptr<platform::RegistryKey> inner)
-        : registry_(registry), path_(path), inner_(std::move(inner)) {}
+        : registry_(registry), path_(path), inner_(std::move(inner)) {
+      ++registry_.openKeys_;
+    }
+    ~Key() override { --registry_.openKeys_; }
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
 
     platform::RegistryStatus QueryValue(std::u16string_view name, platform::RegistryType* type,
                                         void* data, std::uint32_t* size) override {
@@ -150,6 +163,8 @@ class FailingRegistry : public platform::Registry {
   int openScopes_ = 0;
   int writeScopes_ = 0;
   int unprotectedChanges_ = 0;
+  int openKeys_ = 0;
+  std::map<std::u16string, std::set<std::uint32_t>> accesses_;
 };
 
 }  // namespace support
