@@ -45,6 +45,7 @@ TEST(Biquad, ReferenceRowsAtOneKilohertz) {
   for (const auto& row : rows) {
     EXPECT_EQ(SevenDigits(Design(row.type, 1000.0F, row.gain, row.q)), row.expected);
   }
+  EXPECT_EQ(DesignBiquad(1, 2000.0F, 2.0F, 1.0F, 96000.0F), Design(Peaking, 1000.0F, 2.0F, 1.0F));
   EXPECT_EQ(DesignBiquad(5, 2000.0F, 0.5F, 0.7F, 96000.0F),
             Design(HighShelving, 1000.0F, 0.5F, 0.7F));
 }
