@@ -15,10 +15,10 @@ namespace platform {
 struct DeviceRecord {
   enum class Status { Ok, QueryFails };
 
-  std::vector<std::u16string> hardwareIds;
-  std::u16string description;
-  std::u16string deviceClass;
-  std::u16string classGuid;
+  std::vector<std::u16string> hardwareIds = {};
+  std::u16string description = {};
+  std::u16string deviceClass = {};
+  std::u16string classGuid = {};
   Status status = Status::Ok;
 };
 
