@@ -2,20 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <cstring>
-#include <span>
-#include <string>
-#include <thread>
 
-#include "dsp/eq_model.h"
 #include "platform/linux/registry/sqlite_registry.h"
 #include "store/registry_layout.h"
 
 namespace e2e {
 namespace {
 
-using std::chrono::milliseconds;
 using std::chrono::seconds;
 using support::Eventually;
 using support::ScreenPoint;
@@ -35,8 +28,8 @@ std::string SettingPath(const std::string& pathKey, const std::string& setting) 
 
 }  // namespace
 
-void AdvancedDialogTest::OpenDialog(const std::string& kind) {
-  UseLaptop(kind);
+void AdvancedDialogTest::OpenDialog() {
+  UseLaptop("layers");
   StartEngine();
   StartPanel();
   ClickAdvancedEntry();
@@ -127,39 +120,6 @@ float AdvancedDialogTest::Stored(int parameter, const std::string& pathKey) {
 
 bool AdvancedDialogTest::BecomesStored(int parameter, float value, const std::string& pathKey) {
   return Eventually([&] { return Stored(parameter, pathKey) == value; }, seconds(3));
-}
-
-void AdvancedDialogTest::StoreParameter(int parameter, float value, const std::string& pathKey) {
-  platform::SqliteRegistry registry(folder_ / "state");
-  const std::string path = SettingPath(pathKey, ActiveSetting(pathKey));
-  const auto key = registry.OpenKey(platform::RegistryRoot::LocalMachine,
-                                    std::u16string(path.begin(), path.end()), store::kWriteAccess);
-  ASSERT_TRUE(key);
-  key->SetValue(store::ParameterName(static_cast<std::size_t>(parameter)),
-                platform::RegistryType::Binary, std::as_bytes(std::span(&value, 1)));
-}
-
-std::vector<float> AdvancedDialogTest::StoredSettings() {
-  std::vector<float> values;
-  for (const int parameter : {5, 6, 221, 223, 232, 250}) values.push_back(Stored(parameter));
-  for (int parameter = 117; parameter <= 217; ++parameter) values.push_back(Stored(parameter));
-  return values;
-}
-
-void AdvancedDialogTest::ChooseMenu(char mnemonic) {
-  ClickControl(resources::kMenuButton);
-  // The menu is no window of the window manager's list; give it the time to take the keyboard.
-  std::this_thread::sleep_for(milliseconds(300));
-  desktop_.PressKey(std::string(1, mnemonic));
-}
-
-void AdvancedDialogTest::AnswerFileDialog(const std::string& title, const std::string& path) {
-  ASSERT_TRUE(desktop_.WaitForWindow(title, seconds(5)));
-  ASSERT_TRUE(Eventually([&] { return desktop_.ActiveTitle() == title; }));
-  std::this_thread::sleep_for(milliseconds(200));
-  desktop_.Type(path);
-  std::this_thread::sleep_for(milliseconds(200));
-  desktop_.PressKey("Return");
 }
 
 int AdvancedDialogTest::ReceivedEdits() {

@@ -15,7 +15,7 @@ inline const std::string kDialogTitle = "Velsona";
 class AdvancedDialogTest : public PanelTest {
  protected:
   // Laptop with three layers, engine, panel, dialog opened through the main window's entry.
-  void OpenDialog(const std::string& kind = "layers");
+  void OpenDialog();
   void ClickAdvancedEntry();
   // Opens the lower part.
   void Expand();
@@ -36,15 +36,6 @@ class AdvancedDialogTest : public PanelTest {
   float Stored(int parameter, const std::string& pathKey = kSpeakerKey);
   // Waits until the stored parameter is this very value.
   bool BecomesStored(int parameter, float value, const std::string& pathKey = kSpeakerKey);
-  void StoreParameter(int parameter, float value, const std::string& pathKey = kSpeakerKey);
-  // The 105 values of a settings file and the switches, as stored.
-  std::vector<float> StoredSettings();
-
-  // Opens the menu and chooses the entry with this mnemonic.
-  void ChooseMenu(char mnemonic);
-  // Answers the file dialog with this title.
-  void AnswerFileDialog(const std::string& title, const std::string& path);
-
   // The signals of as many edits as the events received make; -1 when they make none.
   int ReceivedEdits();
 };

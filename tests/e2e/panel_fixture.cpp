@@ -27,15 +27,6 @@ std::vector<std::string> Runner() {
   return {std::istream_iterator<std::string>(words), {}};
 }
 
-std::vector<std::string> ActiveEndpoints(const std::filesystem::path& laptopFile) {
-  std::vector<std::string> guids;
-  const auto laptop = nlohmann::json::parse(std::ifstream(laptopFile));
-  for (const auto& endpoint : laptop["endpoints"]) {
-    if (endpoint.value("state", "active") == "active") guids.push_back(endpoint["guid"]);
-  }
-  return guids;
-}
-
 }  // namespace
 
 PanelTest::PanelTest() : folder_(MakeFolder()), laptopFile_(folder_ / "laptop.json") {
@@ -63,10 +54,6 @@ void PanelTest::Laptop(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), laptopFile_.string());
   const support::ProcessResult result = Run("laptopctl", arguments);
   ASSERT_EQ(result.exitStatus, 0) << result.errors;
-}
-
-support::ChildProcess PanelTest::Start(const std::string& program) {
-  return support::ChildProcess({(folder_ / "program" / program).string()}, environment_);
 }
 
 void PanelTest::UseLaptop(const std::string& kind) {
@@ -103,12 +90,11 @@ int PanelTest::ClosePanel() {
 std::string PanelTest::ActiveSetting(const std::string& pathKey) {
   const support::ProcessResult result =
       Run("regtool", {"query", kSettingsKey + pathKey + "\\Settings", "/v", "ActiveSetting"});
-  std::istringstream lines(result.output);
-  for (std::string line; std::getline(lines, line);) {
-    const std::string start = "    ActiveSetting    REG_SZ    ";
-    if (line.starts_with(start)) return line.substr(start.size());
-  }
-  return {};
+  const std::string start = "    ActiveSetting    REG_SZ    ";
+  const std::size_t found = result.output.find(start);
+  if (found == std::string::npos) return {};
+  const std::string rest = result.output.substr(found + start.size());
+  return rest.substr(0, rest.find('\n'));
 }
 
 void PanelTest::SetActiveSetting(const std::string& pathKey, const std::string& setting) {
@@ -123,25 +109,26 @@ std::vector<std::string> PanelTest::ReceivedEvents() {
   return engine_->ReadLinesUntilQuiet(milliseconds(400));
 }
 
-std::vector<std::string> PanelTest::ModeChangeEvents() const {
+std::vector<std::string> PanelTest::EndpointEvents(const std::vector<std::string>& kinds) const {
   std::vector<std::string> names;
-  for (const std::string& guid : ActiveEndpoints(laptopFile_)) {
-    for (const char* kind : {"GFX", "MFX", "EFX", "SFX"}) {
-      names.push_back(std::string("Global\\Velsona") + kind + "PropEvent" + guid);
+  const auto laptop = nlohmann::json::parse(std::ifstream(laptopFile_));
+  for (const auto& endpoint : laptop["endpoints"]) {
+    if (endpoint.value("state", "active") != "active") continue;
+    for (const std::string& kind : kinds) {
+      names.push_back("Global\\Velsona" + kind + "PropEvent" + endpoint.value("guid", ""));
     }
   }
+  return names;
+}
+
+std::vector<std::string> PanelTest::ModeChangeEvents() const {
+  std::vector<std::string> names = EndpointEvents({"GFX", "MFX", "EFX", "SFX"});
   names.emplace_back("Global\\VelsonaServiceParameterUpdateEvent");
   return names;
 }
 
 std::vector<std::string> PanelTest::ParameterChangeEvents() const {
-  std::vector<std::string> names;
-  for (const std::string& guid : ActiveEndpoints(laptopFile_)) {
-    for (const char* kind : {"GFX", "MFX", "EFX"}) {
-      names.push_back(std::string("Global\\Velsona") + kind + "PropEvent" + guid);
-    }
-  }
-  return names;
+  return EndpointEvents({"GFX", "MFX", "EFX"});
 }
 
 support::ScreenRect PanelTest::SkinRect(SkinPoint topLeft, SkinPoint size) {
@@ -175,30 +162,12 @@ bool PanelTest::ShowsPicture(const std::vector<std::uint32_t>& picture) {
   return Eventually([&] { return Picture() == picture; });
 }
 
-int PanelTest::Difference(const std::vector<std::uint32_t>& picture) {
-  const std::vector<std::uint32_t> shown = Picture();
-  int different = 0;
-  for (std::size_t i = 0; i < shown.size(); ++i) different += shown[i] == picture[i] ? 0 : 1;
-  return different;
-}
-
 std::vector<std::uint32_t> PanelTest::PictureOfMode(int mode) {
   ClickMode(mode);
   ParkPointer();
   // Long enough for the hover highlight to go and for the compositor to have shown it.
   std::this_thread::sleep_for(milliseconds(300));
   return Picture();
-}
-
-std::string PanelTest::OtherActiveEndpointId() const {
-  const auto laptop = nlohmann::json::parse(std::ifstream(laptopFile_));
-  for (const auto& endpoint : laptop["endpoints"]) {
-    if (endpoint.value("state", "active") == "active" &&
-        endpoint["id"] != laptop["defaultEndpoint"]) {
-      return endpoint["id"];
-    }
-  }
-  return {};
 }
 
 std::string PanelTest::Log() const {

@@ -27,8 +27,6 @@ struct SkinPoint {
 
 class PanelTest : public testing::Test {
  protected:
-  static constexpr int kStandardWidth = 651;
-
   PanelTest();
   ~PanelTest() override;
 
@@ -41,7 +39,6 @@ class PanelTest : public testing::Test {
 
   support::ProcessResult Run(const std::string& program, std::vector<std::string> arguments);
   void Laptop(std::vector<std::string> arguments);
-  support::ChildProcess Start(const std::string& program);
 
   // The text of the route's "ActiveSetting"; empty when there is none.
   std::string ActiveSetting(const std::string& pathKey);
@@ -52,6 +49,7 @@ class PanelTest : public testing::Test {
   // What one change of the mode, or of parameters, must send to the active endpoints.
   std::vector<std::string> ModeChangeEvents() const;
   std::vector<std::string> ParameterChangeEvents() const;
+  std::vector<std::string> EndpointEvents(const std::vector<std::string>& kinds) const;
 
   void ClickSkin(SkinPoint point);
   void ClickMode(int mode);
@@ -61,14 +59,10 @@ class PanelTest : public testing::Test {
   // The main window as it is on the screen.
   std::vector<std::uint32_t> Picture();
   bool ShowsPicture(const std::vector<std::uint32_t>& picture);
-  // Pixels in which the window differs from the picture.
-  int Difference(const std::vector<std::uint32_t>& picture);
   // Clicks the mode and keeps what the window then looks like.
   std::vector<std::uint32_t> PictureOfMode(int mode);
 
   std::string Log() const;
-  // An endpoint that plays but is not the default.
-  std::string OtherActiveEndpointId() const;
 
   std::filesystem::path folder_;
   std::filesystem::path laptopFile_;

@@ -3,20 +3,15 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <map>
-#include <memory>
-#include <span>
-#include <string>
-#include <vector>
 
 #include "platform/linux/events/fifo_events.h"
 #include "platform/linux/registry/sqlite_registry.h"
 #include "platform/text.h"
-#include "store/registry_layout.h"
 #include "tests/support/child_process.h"
+#include "tests/support/registry_tree.h"
+#include "tests/support/routes.h"
 #include "tests/support/temporary_folder.h"
 
 namespace tools {
@@ -57,24 +52,13 @@ class EnginemonTest : public testing::Test {
     return event && event->Set();
   }
 
-  void SetParameter(std::uint32_t number, float value) {
-    const auto key =
-        registry_.CreateKey(platform::RegistryRoot::LocalMachine,
-                            store::SettingKeyPath(store::Tree::Parameters,
-                                                  u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}", u"2"),
-                            store::kWriteAccess);
-    ASSERT_TRUE(key);
-    key->SetValue(store::FormatParameterName(number), platform::RegistryType::Binary,
-                  std::as_bytes(std::span(&value, 1)));
+  void SetGain(float value) {
+    support::PutFloat(registry_, support::Settings(support::kSpeaker) + u"\\2", u"Param121", value);
   }
 
   // The hint that decides the route where no driver tells it.
   void SetHint(std::uint32_t path) {
-    const auto key = registry_.CreateKey(platform::RegistryRoot::LocalMachine, store::kProductKey,
-                                         store::kWriteAccess);
-    ASSERT_TRUE(key);
-    key->SetValue(store::kHardwareOutputPathValue, platform::RegistryType::Dword,
-                  std::as_bytes(std::span(&path, 1)));
+    support::PutDword(registry_, support::kProduct, u"HardwareOutputPath", path);
   }
 
   static std::vector<std::string> ReadLines(ChildProcess& process, std::size_t count) {
@@ -115,18 +99,11 @@ TEST_F(EnginemonTest, PrintsEverySetOfEveryEndpointInOrder) {
   EXPECT_THAT(monitor->ReadLinesUntilQuiet(milliseconds(100)), IsEmpty());
 }
 
-TEST_F(EnginemonTest, ServesTheNamedEndpointsOnly) {
-  const auto monitor = Start({"--endpoint", kUnpluggedGuid, "--endpoint", kUnpluggedGuid});
-  ASSERT_EQ(monitor->ReadLine(seconds(10)), "ready");
-  EXPECT_EQ(FifoCount(), 5U);
-  EXPECT_TRUE(Set(std::string("Global\\VelsonaGFXPropEvent") + kUnpluggedGuid));
-  EXPECT_FALSE(Set(std::string("Global\\VelsonaGFXPropEvent") + kActiveGuid));
-}
-
 TEST_F(EnginemonTest, EndsBySignalAndByTimeAndTakesItsFifosAway) {
   for (const int signal : {SIGINT, SIGTERM}) {
-    const auto monitor = Start({});
+    const auto monitor = Start({"--endpoint", kUnpluggedGuid, "--endpoint", kUnpluggedGuid});
     ASSERT_EQ(monitor->ReadLine(seconds(10)), "ready");
+    EXPECT_EQ(FifoCount(), 5U) << "the named endpoints only";
     monitor->Kill(signal);
     EXPECT_EQ(monitor->WaitForExit(seconds(10)), 0);
     EXPECT_EQ(monitor->RestOfErrors(), "");
@@ -163,12 +140,12 @@ TEST_F(EnginemonTest, ShowsRouteSettingAndUnits) {
       << R"({"devices": [], "defaultEndpoint": "a", "endpoints": [{"id": "a", "guid": ")"
       << kActiveGuid << R"(", "jackSubType": "{dff21ce1-f70f-11d0-b917-00a0c9223196}"}]})";
   SetHint(1);
-  SetParameter(121, 1.0F);
+  SetGain(1.0F);
   const auto people = Start({"--units"});
   EXPECT_THAT(ReadLines(*people, 3),
               ElementsAre("ready", "  route: speaker", "  speaker: active setting 2"));
   SetHint(2);
-  SetParameter(121, 0.5F);
+  SetGain(0.5F);
   const std::string event = std::string("Global\\VelsonaGFXPropEvent") + kActiveGuid;
   ASSERT_TRUE(Set(event));
   const std::vector<std::string> shown = {

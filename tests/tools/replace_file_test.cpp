@@ -4,10 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <string>
 
 #include "tests/support/temporary_folder.h"
 
@@ -16,18 +13,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
+std::string Contents(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 class ReplaceFileTest : public testing::Test {
  protected:
-  static std::string Contents(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-
   support::TemporaryFolder temporary_;
   fs::path target_ = temporary_.Path() / "target";
-  fs::path victim_ = temporary_.Path() / "victim";
-  // Anybody can guess it.
-  fs::path fresh_ = target_.string() + "." + std::to_string(getpid());
+  fs::path fresh_ = target_.string() + "." + std::to_string(getpid());  // anybody can guess it
 };
 
 TEST_F(ReplaceFileTest, LeavesNothingButTheFileWithTheUmasksMode) {
@@ -40,24 +35,23 @@ TEST_F(ReplaceFileTest, LeavesNothingButTheFileWithTheUmasksMode) {
 }
 
 TEST_F(ReplaceFileTest, WritesThroughNoLink) {
+  const fs::path victim = temporary_.Path() / "victim";
   for (const fs::path& trap : {fresh_, target_}) {
-    std::ofstream(victim_) << "precious";
-    fs::create_symlink(victim_, trap);
+    std::ofstream(victim) << "precious";
+    fs::create_symlink(victim, trap);
     EXPECT_TRUE(ReplaceFile(target_, "new"));
-    EXPECT_EQ(Contents(victim_), "precious");
+    EXPECT_EQ(Contents(victim), "precious");
     EXPECT_FALSE(fs::is_symlink(target_));
     EXPECT_EQ(Contents(target_), "new");
     fs::remove(target_);
   }
 }
 
-TEST_F(ReplaceFileTest, GivesUpWhereSomethingCannotBeTakenAway) {
+TEST_F(ReplaceFileTest, LeavesNothingWhereSomethingIsInTheWay) {
   fs::create_directory(fresh_);
   EXPECT_FALSE(ReplaceFile(target_, "new"));
   EXPECT_FALSE(fs::exists(target_));
-}
-
-TEST_F(ReplaceFileTest, LeavesNothingWhenItCannotReplace) {
+  fs::remove(fresh_);
   fs::create_directories(target_ / "full");
   EXPECT_FALSE(ReplaceFile(target_, "new"));
   EXPECT_FALSE(fs::exists(fresh_));
