@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "platform/dialog.h"
+#include "platform/screen.h"
+#include "tests/controls/picture.h"
 #include "tests/support/scripted_window.h"
 #include "ui/controls/buttons/png_button.h"
 #include "ui/controls/buttons/png_checkbox.h"
@@ -17,70 +19,88 @@
 
 namespace ui {
 
-inline constexpr std::uint16_t kSliderId = 10;
-inline constexpr std::uint16_t kKnobId = 11;
-inline constexpr std::uint16_t kPlotId = 12;
-inline constexpr std::uint16_t kCheckboxId = 13;
-inline constexpr std::uint16_t kButtonId = 14;
+using platform::LParam;
+using platform::Point;
+using platform::Rect;
+using platform::Window;
+using platform::WParam;
 
-// The sizes that the advanced dialog gives them.
+// The sizes that the advanced dialog gives them, but for a taller check box.
 inline constexpr auto kTestControls = std::to_array<platform::DialogControl>({
-    {kSliderId, platform::ControlKind::Custom, u"Gain", 10, 10, 259, 36},
-    {kKnobId, platform::ControlKind::Custom, u"Bass", 280, 10, 85, 95},
-    {kPlotId, platform::ControlKind::Custom, u"", 7, 120, 489, 121},
-    {kCheckboxId, platform::ControlKind::CheckBox, u"Peaking", 380, 10, 107, 12},
-    {kButtonId, platform::ControlKind::PushButton, u"V", 380, 40, 55, 21},
+    {10, platform::ControlKind::Custom, u"Gain", 10, 10, 259, 36},
+    {11, platform::ControlKind::Custom, u"Bass", 280, 10, 85, 95},
+    {12, platform::ControlKind::Custom, u"", 7, 120, 489, 121},
+    {13, platform::ControlKind::CheckBox, u"Peaking", 380, 10, 107, 24},
+    {14, platform::ControlKind::PushButton, u"V", 380, 40, 55, 21},
 });
-
 inline constexpr platform::DialogTemplate kTestTemplate{
     1, platform::DialogFrame::Skinned, 503, 250, u"", u"Microsoft Sans Serif", 8, kTestControls};
 
+// What the dialog shows under its controls: plain, but for one pixel of each control.
+inline constexpr platform::Argb kBackground = 0xFF304050;
+inline constexpr Spot kMark{1, 1, 0xFFFF8000};
+
 struct Notice {
   std::uint32_t message;
-  platform::WParam wParam;
-  platform::LParam lParam;
+  WParam wParam;
+  LParam lParam;
   bool operator==(const Notice&) const = default;
+};
+
+template <class Control>
+class Counted : public Control {
+ public:
+  int TakePaints() {
+    Settle();
+    return std::exchange(paints_, 0);
+  }
+
+ protected:
+  platform::LResult WindowProc(std::uint32_t message, WParam wParam, LParam lParam) override {
+    if (message == platform::message::kPaint) ++paints_;
+    return Control::WindowProc(message, wParam, lParam);
+  }
+
+ private:
+  int paints_ = 0;
 };
 
 class NotingDialog : public platform::Dialog {
  public:
   NotingDialog() : Dialog(kTestTemplate) {
-    BindControl(kSliderId, slider);
-    BindControl(kKnobId, knob);
-    BindControl(kPlotId, plot);
-    BindControl(kCheckboxId, checkbox);
-    BindControl(kButtonId, button);
+    BindControl(10, slider);
+    BindControl(11, knob);
+    BindControl(12, plot);
+    BindControl(13, checkbox);
+    BindControl(14, button);
   }
 
-  // What has arrived since the last call, in order.
-  std::vector<Notice> TakeNotices() { return std::exchange(notices_, {}); }
-
-  static void Press(platform::Window& control, platform::Point point) {
-    control.Send(platform::message::kLeftButtonDown, 1, platform::PointToLParam(point));
-  }
-  static void Move(platform::Window& control, platform::Point point) {
-    control.Send(platform::message::kMouseMove, 1, platform::PointToLParam(point));
-  }
-  static void Release(platform::Window& control, platform::Point point) {
-    control.Send(platform::message::kLeftButtonUp, 0, platform::PointToLParam(point));
+  Rect AreaOf(const Window& control) const {
+    const Rect own = control.WindowRect();
+    const Rect dialog = WindowRect();
+    return {own.left - dialog.left, own.top - dialog.top, own.right - dialog.left,
+            own.bottom - dialog.top};
   }
 
-  CPngSlider slider;
-  CPotentiometer knob;
+  Counted<CPngSlider> slider;
+  Counted<CPotentiometer> knob;
   CFreqPlot plot;
   CPngCheckbox checkbox;
   CPngButton button;
-  std::function<void(const Notice&)> onNotice;
+  std::function<void(const Notice&)> onNotice = [](const Notice&) {};
+  std::vector<Notice> notices;
 
  protected:
-  platform::LResult WindowProc(std::uint32_t message, platform::WParam wParam,
-                               platform::LParam lParam) override {
+  platform::LResult WindowProc(std::uint32_t message, WParam wParam, LParam lParam) override {
     switch (message) {
+      case platform::message::kEraseBackground:
+        HandOutBackground();
+        return 1;
       case platform::message::kCommand:
       case kBandSelectedMessage:
       case kBandDraggedMessage:
-        notices_.push_back({message, wParam, lParam});
-        if (onNotice) onNotice(notices_.back());
+        notices.push_back({message, wParam, lParam});
+        onNotice(notices.back());
         return 0;
       default:
         return Dialog::WindowProc(message, wParam, lParam);
@@ -88,10 +108,59 @@ class NotingDialog : public platform::Dialog {
   }
 
  private:
-  std::vector<Notice> notices_;
+  void HandOutBackground() {
+    platform::Bitmap background = Solid({ClientRect().Width(), ClientRect().Height()}, kBackground);
+    for (const Window* control : std::array<Window*, 4>{&slider, &knob, &checkbox, &button}) {
+      const Rect area = AreaOf(*control);
+      background.SetPixel(area.left + kMark.x, area.top + kMark.y, kMark.color);
+    }
+    slider.CaptureBackground(background);
+    knob.CaptureBackground(background);
+    checkbox.CaptureBackground(background);
+    button.CaptureBackground(background);
+  }
 };
 
-// What a step posts has arrived before the next one.
-using ControlDialog = support::Scripted<NotingDialog>;
+// Runs a test while the dialog is open.
+class ControlTest : public testing::Test {
+ protected:
+  void Run(std::function<void()> body) {
+    dialog_.ThenDo([body = std::move(body)] {
+      Settle();
+      body();
+    });
+    EXPECT_EQ(dialog_.DoModal(), support::kScriptEnded);
+  }
+
+  // As it is on the screen now, or when all is done that is due.
+  platform::Bitmap Shown(const Window& control) { return WindowPicture(dialog_.AreaOf(control)); }
+  platform::Bitmap Picture(const Window& control) {
+    Settle();
+    return Shown(control);
+  }
+
+  // What has arrived since the last call, in order.
+  std::vector<Notice> Notices() {
+    Settle();
+    return std::exchange(dialog_.notices, {});
+  }
+  static Notice Changed(const Window& control, std::uint16_t code) {
+    return {platform::message::kCommand, platform::MakeWParam(control.ControlId(), code),
+            static_cast<LParam>(control.Handle())};
+  }
+
+  static void Press(Window& control, Point point) {
+    control.Send(platform::message::kLeftButtonDown, 1, platform::PointToLParam(point));
+  }
+  static void Move(Window& control, Point point) {
+    control.Send(platform::message::kMouseMove, 1, platform::PointToLParam(point));
+  }
+  static void Release(Window& control, Point point) {
+    control.Send(platform::message::kLeftButtonUp, 0, platform::PointToLParam(point));
+  }
+
+  const std::uint32_t dpi_ = platform::GetScreenDpi().x;
+  support::Scripted<NotingDialog> dialog_;
+};
 
 }  // namespace ui
