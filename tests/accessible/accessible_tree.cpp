@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 
@@ -14,30 +15,19 @@ namespace support {
 namespace {
 
 std::string RoleName(QAccessible::Role role) {
-  switch (role) {
-    case QAccessible::Dialog:
-      return "dialog";
-    case QAccessible::AlertMessage:
-      return "alert";
-    case QAccessible::Chart:
-      return "chart";
-    case QAccessible::Button:
-      return "button";
-    case QAccessible::ButtonMenu:
-      return "menu button";
-    case QAccessible::CheckBox:
-      return "check box";
-    case QAccessible::RadioButton:
-      return "radio button";
-    case QAccessible::Link:
-      return "link";
-    case QAccessible::Slider:
-      return "slider";
-    case QAccessible::Dial:
-      return "dial";
-    default:
-      return "role " + std::to_string(role);
-  }
+  static const std::map<QAccessible::Role, std::string> kNames = {
+      {QAccessible::Dialog, "dialog"},
+      {QAccessible::AlertMessage, "alert"},
+      {QAccessible::Chart, "chart"},
+      {QAccessible::Button, "button"},
+      {QAccessible::ButtonMenu, "menu button"},
+      {QAccessible::CheckBox, "check box"},
+      {QAccessible::RadioButton, "radio button"},
+      {QAccessible::Link, "link"},
+      {QAccessible::Slider, "slider"},
+      {QAccessible::Dial, "dial"}};
+  const auto found = kNames.find(role);
+  return found != kNames.end() ? found->second : "role " + std::to_string(role);
 }
 
 std::string StatesOf(const QAccessible::State& state) {
@@ -75,27 +65,19 @@ bool WaitUntilActive() {
 }
 
 std::string KindOf(const QAccessibleEvent& event) {
-  switch (event.type()) {
-    case QAccessible::NameChanged:
-      return "name";
-    case QAccessible::DescriptionChanged:
-      return "description";
-    case QAccessible::ValueChanged:
-      return "value";
-    case QAccessible::ObjectShow:
-      return "shown";
-    case QAccessible::ObjectHide:
-      return "hidden";
-    case QAccessible::StateChanged: {
-      const QAccessible::State changed =
-          static_cast<const QAccessibleStateChangeEvent&>(event).changedStates();
-      if (changed.checked) return "check";
-      if (changed.disabled) return "enabling";
-      return changed.expanded ? "expansion" : "";
-    }
-    default:
-      return {};
-  }
+  static const std::map<QAccessible::Event, std::string> kKinds = {
+      {QAccessible::NameChanged, "name"},
+      {QAccessible::DescriptionChanged, "description"},
+      {QAccessible::ValueChanged, "value"},
+      {QAccessible::ObjectShow, "shown"},
+      {QAccessible::ObjectHide, "hidden"}};
+  if (const auto found = kKinds.find(event.type()); found != kKinds.end()) return found->second;
+  if (event.type() != QAccessible::StateChanged) return {};
+  const QAccessible::State changed =
+      static_cast<const QAccessibleStateChangeEvent&>(event).changedStates();
+  if (changed.checked) return "check";
+  if (changed.disabled) return "enabling";
+  return changed.expanded ? "expansion" : "";
 }
 
 }  // namespace
@@ -121,9 +103,20 @@ AccessibleTree::AccessibleTree(QWidget* widget)
   if (root_ == nullptr) throw std::runtime_error("the window has no interface");
 }
 
-std::vector<std::string> AccessibleTree::Lines() const {
+std::vector<std::string> AccessibleTree::Lines(Detail detail) const {
   std::vector<std::string> lines;
-  Visit(*root_, [&lines](QAccessibleInterface& each) { lines.push_back(LineOf(each)); });
+  Visit(*root_, [&](QAccessibleInterface& each) {
+    std::ostringstream line;
+    const QRect place = each.rect().translated(-root_->rect().topLeft());
+    if (detail == Detail::Places && each.parent() == root_) {
+      line << place.x() << ',' << place.y() << ' ' << place.width() << 'x' << place.height() << ' ';
+    }
+    line << LineOf(each);
+    if (detail == Detail::Places) {
+      line << " (" << each.text(QAccessible::Description).toStdString() << ')';
+    }
+    lines.push_back(line.str());
+  });
   return lines;
 }
 

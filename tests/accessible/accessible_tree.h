@@ -15,6 +15,8 @@ namespace support {
 //   slider "Gain" "+3.0 dB" 3 of -12..12 [disabled]
 std::string LineOf(QAccessibleInterface& element);
 
+enum class Detail { None, Places };
+
 // The tree of a window that is on the screen. Everything a test asks for must be there: what is not
 // ends the test program's case with an exception.
 class AccessibleTree {
@@ -24,8 +26,9 @@ class AccessibleTree {
   explicit AccessibleTree(QWidget* widget);
 
   QAccessibleInterface& Root() const { return *root_; }
-  // All below the window's root, in the order of the tree.
-  std::vector<std::string> Lines() const;
+  // All below the window's root, in the order of the tree; with places seen from the root (but for
+  // the parts of a control) and descriptions.
+  std::vector<std::string> Lines(Detail detail = Detail::None) const;
   QAccessibleInterface& Find(const std::string& name) const;
   std::string Line(const std::string& name) const { return LineOf(Find(name)); }
 

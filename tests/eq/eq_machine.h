@@ -8,13 +8,12 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "dsp/eq_model.h"
 #include "store/parameter_store.h"
 #include "store/registry_layout.h"
 #include "tests/support/fake_machine.h"
+#include "tests/support/registry_tree.h"
 
 namespace ui {
 
@@ -35,21 +34,19 @@ class EqMachine : public support::FakeMachine {
 
   // The route of the driverless machine is the stored hint's.
   void SetRoute(std::uint32_t route) {
-    Key(std::u16string(store::kProductKey))
-        ->SetValue(store::kHardwareOutputPathValue, platform::RegistryType::Dword,
-                   std::as_bytes(std::span(&route, 1)));
+    support::PutDword(registry, store::kProductKey, store::kHardwareOutputPathValue, route);
   }
 
   void SetActive(std::u16string_view pathKey, const std::u16string& setting) {
-    const std::u16string text = setting + u'\0';
-    Key(store::SettingsKeyPath(pathKey))
-        ->SetValue(store::kActiveSettingValue, platform::RegistryType::String,
-                   std::as_bytes(std::span(text)));
+    support::PutText(registry, store::SettingsKeyPath(pathKey), store::kActiveSettingValue,
+                     setting);
   }
 
   void Write(store::Tree tree, std::u16string_view pathKey, std::u16string_view setting,
              const Parameters& parameters) {
-    const auto key = Key(store::SettingKeyPath(tree, pathKey, setting));
+    const auto key =
+        registry.CreateKey(platform::RegistryRoot::LocalMachine,
+                           store::SettingKeyPath(tree, pathKey, setting), store::kWriteAccess);
     for (const auto& [number, value] : parameters) {
       key->SetValue(store::ParameterName(static_cast<std::size_t>(number)),
                     platform::RegistryType::Binary, std::as_bytes(std::span(&value, 1)));
@@ -57,23 +54,22 @@ class EqMachine : public support::FakeMachine {
   }
 
   std::optional<float> Read(std::u16string_view pathKey, std::u16string_view setting, int number) {
-    const auto key = registry.OpenKey(
-        platform::RegistryRoot::LocalMachine,
-        store::SettingKeyPath(store::Tree::Parameters, pathKey, setting), store::kReadAccess);
-    float value = 0.0F;
-    std::uint32_t size = sizeof(value);
-    if (!key || key->QueryValue(store::ParameterName(static_cast<std::size_t>(number)), nullptr,
-                                &value, &size) != platform::RegistryStatus::Success) {
-      return std::nullopt;
-    }
-    return value;
+    return support::GetFloat(registry,
+                             store::SettingKeyPath(store::Tree::Parameters, pathKey, setting),
+                             store::ParameterName(static_cast<std::size_t>(number)));
   }
 
   // Every parameter of a set that is in the store.
   Parameters ReadAll(std::u16string_view pathKey, std::u16string_view setting) {
     Parameters found;
-    for (int number = 1; number <= static_cast<int>(store::kParameterCount); ++number) {
-      if (const auto value = Read(pathKey, setting, number)) found[number] = *value;
+    const auto key = support::OpenToRead(
+        registry, store::SettingKeyPath(store::Tree::Parameters, pathKey, setting));
+    for (int number = 1; key && number <= 1114; ++number) {
+      float value = 0.0F;
+      std::uint32_t size = sizeof(value);
+      const auto name = store::ParameterName(static_cast<std::size_t>(number));
+      const auto status = key->QueryValue(name, nullptr, &value, &size);
+      if (status == platform::RegistryStatus::Success) found[number] = value;
     }
     return found;
   }
@@ -87,10 +83,6 @@ class EqMachine : public support::FakeMachine {
   }
 
  private:
-  std::unique_ptr<platform::RegistryKey> Key(const std::u16string& path) {
-    return registry.CreateKey(platform::RegistryRoot::LocalMachine, path, store::kWriteAccess);
-  }
-
   void AddEndpoint(const std::u16string& name, std::uint32_t state) {
     audioDevices.Add({.id = name,
                       .state = state,

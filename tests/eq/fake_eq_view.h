@@ -4,14 +4,13 @@
 #include <array>
 #include <map>
 #include <string>
-#include <vector>
 
 #include "ui/eq/eq_view.h"
 
 namespace ui {
 
-// Lines such as "gain text +3.0 dB", shared with what else the test wants in the same order.
-using EventLog = std::vector<std::string>;
+// "gain text +3.0 dB; curve; ", shared with what else the test wants in the same order.
+using EventLog = std::string;
 
 class FakeEqView final : public EqView {
  public:
@@ -28,58 +27,56 @@ class FakeEqView final : public EqView {
                       "high shelving"}[static_cast<std::size_t>(type) - 1];
   }
 
-  std::int32_t KnobValue(dsp::Knob knob) const override { return knobs.at(knob); }
+  std::int32_t KnobValue(dsp::Knob knob) const override { return knobs[knob]; }
   void SetKnobValue(dsp::Knob knob, std::int32_t value) override {
     knobs[knob] = value;
-    log_.push_back(Name(knob) + " " + std::to_string(value));
+    Note(Name(knob) + " " + std::to_string(value));
   }
   std::int32_t SliderValue(BandSlider slider) const override { return sliders.at(slider); }
   void SetSliderValue(BandSlider slider, std::int32_t value) override {
     sliders[slider] = value;
-    log_.push_back(Name(slider) + " " + std::to_string(value));
+    Note(Name(slider) + " " + std::to_string(value));
   }
   void SetSliderText(BandSlider slider, std::u16string_view text) override {
     texts[slider] = std::string(text.begin(), text.end());
-    log_.push_back(Name(slider) + " text " + texts[slider]);
+    Note(Name(slider) + " text " + texts[slider]);
   }
   void EnableSlider(BandSlider slider, bool enabled) override {
     sliderEnabled[slider] = enabled;
-    log_.push_back((enabled ? "enable " : "disable ") + Name(slider));
+    Note((enabled ? "enable " : "disable ") + Name(slider));
   }
-  bool IsChecked(EqSwitch box) override { return switches.at(box); }
+  bool IsChecked(EqSwitch box) override { return switches[box]; }
   void SetChecked(EqSwitch box, bool checked) override {
     switches[box] = checked;
-    log_.push_back(std::string(box == EqSwitch::Band ? "band " : "equalizer ") +
-                   (checked ? "on" : "off"));
+    Note(std::string(box == EqSwitch::Band ? "band " : "equalizer ") + (checked ? "on" : "off"));
   }
   void SetTypeChecked(dsp::FilterType type, bool checked) override {
     types[type] = checked;
-    log_.push_back((checked ? "check " : "uncheck ") + Name(type));
+    Note((checked ? "check " : "uncheck ") + Name(type));
   }
   void SetSelectedBand(std::int32_t band) override {
     selectedBand = band;
-    log_.push_back("select " + std::to_string(band));
+    Note("select " + std::to_string(band));
   }
   void ShowResponse(dsp::ConstParameterValues /*values*/,
                     const dsp::CoefficientTable& shown) override {
     coefficients = shown;
-    log_.emplace_back("curve");
+    Note("curve");
   }
 
-  std::map<dsp::Knob, std::int32_t> knobs{{dsp::Knob::Bass, 0},
-                                          {dsp::Knob::Treble, 0},
-                                          {dsp::Knob::Widener, 0},
-                                          {dsp::Knob::Loudness, 0}};
+  mutable std::map<dsp::Knob, std::int32_t> knobs;
   std::map<BandSlider, std::int32_t> sliders{
       {BandSlider::Gain, 0}, {BandSlider::Frequency, 1000}, {BandSlider::Bandwidth, 10}};
   std::map<BandSlider, std::string> texts;
-  std::map<BandSlider, bool> sliderEnabled{{BandSlider::Gain, true}, {BandSlider::Bandwidth, true}};
-  std::map<EqSwitch, bool> switches{{EqSwitch::Equalizer, false}, {EqSwitch::Band, false}};
+  std::map<BandSlider, bool> sliderEnabled;
+  std::map<EqSwitch, bool> switches;
   std::map<dsp::FilterType, bool> types;
   std::int32_t selectedBand = 0;
   dsp::CoefficientTable coefficients{};
 
  private:
+  void Note(const std::string& entry) { log_ += entry + "; "; }
+
   EventLog& log_;
 };
 
