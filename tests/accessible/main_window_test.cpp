@@ -1,14 +1,10 @@
 // The main window, which has no controls but draws them, as a screen reader sees it.
 #include <gmock/gmock.h>
 
-#include <QApplication>
-#include <QMenu>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "endpoints/notification_client.h"
-#include "resources/templates.h"
 #include "tests/accessible/accessible_tree.h"
 #include "tests/main/mode_fixture.h"
 #include "tests/support/scripted_window.h"
@@ -22,9 +18,7 @@ using support::kScriptEnded;
 using support::Listener;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-using testing::IsEmpty;
 using ScriptedMainWindow = support::Scripted<COrvanDlg>;
-using ScriptedDialog = support::Scripted<platform::Dialog>;
 
 constexpr const char* kWarning = "Warning: This tool can only be used with supported endpoints.";
 
@@ -67,31 +61,6 @@ TEST_F(AccessibleMainWindow, TellsWhatEachSkinDraws) {
   }
 }
 
-TEST_F(AccessibleMainWindow, PartsLieWhereAClickReachesThem) {
-  ScriptedMainWindow window(machine_.platform, store::ModelFlags{.threeGuiLayers = true}, nullptr);
-  window.ThenDo([&] {
-    const AccessibleTree tree(window);
-    for (int i = 0; i < tree.Root().childCount(); ++i) {
-      QAccessibleInterface& part = *tree.Root().child(i);
-      EXPECT_EQ(part.parent(), &tree.Root());
-      EXPECT_EQ(tree.Root().indexOfChild(&part), i);
-      EXPECT_EQ(part.window(), tree.Root().window());
-      if (part.state().invisible) continue;
-      const QPoint middle = part.rect().center();
-      EXPECT_EQ(tree.Root().childAt(middle.x(), middle.y()), &part) << support::LineOf(part);
-    }
-    const QRect movie = tree.Find("Movie Mode").rect();
-    window.Send(platform::message::kLeftButtonDown, 0,
-                platform::PointToLParam({movie.center().x() - window.WindowRect().left,
-                                         movie.center().y() - window.WindowRect().top}));
-    EXPECT_EQ(tree.Line("Movie Mode"), "radio button \"Movie Mode\" [checked]");
-    // Where two rows overlap the lower one is meant.
-    const QRect lower = tree.Find("Recording Mode").rect();
-    EXPECT_EQ(tree.Root().childAt(lower.left() + 2, lower.top()), &tree.Find("Recording Mode"));
-  });
-  EXPECT_EQ(window.DoModal(), kScriptEnded);
-}
-
 TEST_F(AccessibleMainWindow, APressedModeIsAClickedMode) {
   Listener listener;
   ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
@@ -129,84 +98,15 @@ TEST_F(AccessibleFirstStart, AModeThatOthersSelectIsTold) {
   EXPECT_EQ(window.DoModal(), kScriptEnded);
 }
 
-TEST_F(AccessibleMainWindow, PressingDoneOrCloseEndsTheWindow) {
-  for (const char* const name : {"Done", "Close"}) {
-    ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
-    window.ThenDo([&] { AccessibleTree(window).Press(name); });
-    window.Then([] { return false; });
-    EXPECT_EQ(window.DoModal(), 0);
-  }
-}
-
-TEST_F(AccessibleMainWindow, PressingAdvancedOpensTheDialogAndHidesEverything) {
-  ScriptedMainWindow* main = nullptr;
-  const auto factory = [&]() -> std::unique_ptr<platform::Dialog> {
-    auto dialog = std::make_unique<ScriptedDialog>(resources::kMainTemplate);
-    dialog->ThenDo([&] {
-      const AccessibleTree tree(*main);
-      EXPECT_EQ(tree.Line("Movie Mode"), "radio button \"Movie Mode\" [unchecked disabled hidden]");
-      tree.Press("Movie Mode");
-    });
-    return dialog;
-  };
-  ScriptedMainWindow window(machine_.platform, store::ModelFlags{.threeGuiLayers = true}, factory);
-  main = &window;
-  window.ThenDo([&] { AccessibleTree(window).Press("Advanced"); });
-  window.Then([&] { return window.Received(UM_OPEN_ADVANCED) > 0 && window.IsVisible(); });
-  window.ThenDo([&] {
-    EXPECT_EQ(ReadSetting(kSpeakerKey), u"1") << "a click could not have reached it either";
-    EXPECT_EQ(AccessibleTree(window).Line("Movie Mode"), "radio button \"Movie Mode\" [unchecked]");
-  });
-  EXPECT_EQ(window.DoModal(), kScriptEnded);
-}
-
 TEST_F(AccessibleMainWindow, TheWarningIsTold) {
   Listener listener;
-  for (const bool davrin : {false, true}) {
-    ScriptedMainWindow window(machine_.platform, store::ModelFlags{.davrinModel = davrin}, nullptr);
-    window.ThenDo([&] {
-      machine_.audioDevices.Add({.id = u"unsupported",
-                                 .guid = u"{99999999-2222-3333-4444-555555555555}",
-                                 .jackSubType = std::u16string(kSpeakerKey),
-                                 .adapter = u"Some USB Audio"});
-      listener.Take();
-      machine_.audioDevices.SetDefault(u"unsupported");
-    });
-    const std::string line = std::string("alert \"") + kWarning + '"';
-    window.Then([&, line] { return listener.Heard("shown: " + line); });
-    window.ThenDo([&] {
-      const AccessibleTree tree(window);
-      const QRect warning = tree.Find(kWarning).rect();
-      EXPECT_TRUE(tree.Root().rect().contains(warning));
-      EXPECT_GT(warning.width(), 100);
-      EXPECT_THAT(tree.Find(kWarning).actionInterface()->actionNames(), IsEmpty());
-      machine_.audioDevices.SetDefault(kSpeakerId);
-    });
-    window.Then([&, line] { return listener.Heard("hidden: " + line + " [hidden]"); });
-    EXPECT_EQ(window.DoModal(), kScriptEnded);
-  }
-}
-
-TEST_F(AccessibleMainWindow, TheSystemMenuOpensByAction) {
   ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
-  const auto menu = [] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); };
-  window.ThenDo([&] {
-    auto* actions = AccessibleTree(window).Root().actionInterface();
-    ASSERT_TRUE(actions->actionNames().contains(QAccessibleActionInterface::showMenuAction()));
-    actions->doAction(QAccessibleActionInterface::showMenuAction());
-  });
-  window.Then([&] { return menu() != nullptr; });
-  window.ThenDo([&] { AccessibleTree(window).Press("Movie Mode"); });
-  window.ThenDo([&] {
-    EXPECT_EQ(ReadSetting(kSpeakerKey), u"1") << "the menu is in front of the window";
-    const AccessibleTree tree(window);
-    QAccessibleInterface* entries = tree.Root().child(tree.Root().childCount() - 1);
-    EXPECT_EQ(entries->object(), menu());
-    EXPECT_EQ(tree.Root().indexOfChild(entries), tree.Root().childCount() - 1);
-    AccessibleTree(menu()).Press("Close");
-  });
-  window.Then([] { return false; });
-  EXPECT_NE(window.DoModal(), kScriptEnded);
+  window.ThenDo([&] { PlayElsewhere(); });
+  const std::string line = std::string("alert \"") + kWarning + '"';
+  window.Then([&] { return listener.Heard("shown: " + line); });
+  window.ThenDo([&] { machine_.audioDevices.SetDefault(kSpeakerId); });
+  window.Then([&] { return listener.Heard("hidden: " + line + " [hidden]"); });
+  EXPECT_EQ(window.DoModal(), kScriptEnded);
 }
 
 TEST_F(AccessibleMainWindow, NothingIsLeftOfAWindowThatIsGone) {

@@ -1,14 +1,15 @@
-// Whole pictures of the window, made from plain artwork at the screen's resolution.
+// The whole picture of the window in both skins, put together once more from tables.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <set>
 #include <stdexcept>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "platform/screen.h"
-#include "tests/main/picture_ink.h"
-#include "tests/main/solid_artwork.h"
+#include "tests/controls/picture.h"
+#include "tests/main/artwork.h"
+#include "ui/images/png_resource.h"
 #include "ui/main/skin_composer.h"
 
 namespace ui {
@@ -16,238 +17,197 @@ namespace {
 
 using platform::Argb;
 using platform::Bitmap;
-using platform::Point;
+using platform::PointF;
 using platform::Rect;
 using platform::Size;
+using platform::StringFormat;
 
-class MainPictureTest : public testing::Test {
+constexpr Argb kBlackText = 0xFF000000;
+constexpr Argb kWhiteLabel = 0xFFFFFFFF;
+constexpr Argb kSand = 0xFFE3C69C;
+constexpr float kThird = 1.0F / 3.0F;
+
+// At 96 dots per inch.
+struct PlacedImage {
+  Element element;
+  double x;
+  double y;
+  std::string role;
+};
+struct PlacedText {
+  std::u16string_view text;
+  double x;
+  double y;
+  float share = 0.0F;  // of what a line of text leaves of the image's height
+};
+
+const std::vector<PlacedImage> kStandardImages{
+    {ModeElement(0), 28, 145, "studio mode off"},
+    {ModeElement(1), 227, 145, "studio mode music"},
+    {ModeElement(2), 426, 145, "studio mode movie"},
+    {ModeElement(3), 28, 249, "studio mode recording"},
+    {ModeElement(4), 227, 249, "studio mode gaming"},
+    {ModeElement(5), 426, 249, "studio mode speech"},
+    {Element::Minimize, 570, 12, "studio minimise button"},
+    {Element::Close, 596, 12, "studio close button"},
+    {Element::Done, 528, 404, "done button"},
+    {Element::Advanced, 39, 406, "studio advanced icon"},
+    {Element::MakerLogo, 290, 404, "maker logo"}};
+const std::vector<PlacedText> kStandardLabels{
+    {u"OFF", 118, 140, 0.5F},        {u"Music", 307, 140, kThird},
+    {u"Mode", 307, 140, 2 * kThird}, {u"Movie", 506, 140, kThird},
+    {u"Mode", 506, 140, 2 * kThird}, {u"Recording", 108, 244, kThird},
+    {u"Mode", 108, 244, 2 * kThird}, {u"Gaming", 307, 244, kThird},
+    {u"Mode", 307, 244, 2 * kThird}, {u"Speech", 506, 244, kThird},
+    {u"Mode", 506, 244, 2 * kThird}};
+
+const std::vector<PlacedImage> kDavrinImages{{ModeElement(0), 45, 105, "davrin mode war_room"},
+                                             {ModeElement(1), 257, 105, "davrin mode battlefield"},
+                                             {ModeElement(2), 469, 105, "davrin mode multimedia"},
+                                             {ModeElement(3), 45, 239, "davrin mode action"},
+                                             {ModeElement(4), 257, 239, "davrin mode soundscape"},
+                                             {ModeElement(5), 469, 239, "davrin mode off"},
+                                             {Element::Minimize, 635, 12, "davrin minimise button"},
+                                             {Element::Close, 670, 12, "davrin close button"},
+                                             {Element::Advanced, 600, 12, "davrin advanced button"},
+                                             {Element::MakerLogo, 620, 394, "maker logo"}};
+const std::vector<PlacedText> kDavrinLabels{{u"War Room", 87, 185},    {u"Battlefield", 302, 185},
+                                            {u"Multimedia", 510, 185}, {u"Action", 110, 319},
+                                            {u"Soundscape", 296, 319}, {u"Off", 549, 319}};
+
+class ScaledMainPictureTest : public testing::TestWithParam<Skin> {
  protected:
   std::int32_t Pixels(double units) const { return static_cast<std::int32_t>(units * scale_); }
-
-  Rect Area(double left, double top, double right, double bottom) const {
-    return {Pixels(left), Pixels(top), Pixels(right), Pixels(bottom)};
+  PointF Place(double x, double y) const {
+    return {static_cast<float>(x * scale_), static_cast<float>(y * scale_)};
   }
 
-  const Bitmap& Compose(SkinComposer& composer, const MainScene& scene) const {
-    const Bitmap* picture = composer.Compose(scene);
-    if (picture == nullptr) throw std::runtime_error("no picture");
-    return *picture;
+  const Bitmap& Load(const std::string& role) const {
+    static std::map<std::pair<Skin, std::string>, Image> loaded;
+    Image& image = loaded[{GetParam(), role}];
+    const float dpi = standard_ || role.starts_with("maker") ? 96.0F : 240.0F;
+    if (!image) image = LoadPngResource(roles_.at(role), dpi);
+    return image.value();
   }
 
-  // The colour just inside the element's corner, where no text reaches.
-  Argb ColorOf(const Bitmap& picture, Skin skin, Element element) const {
-    const Point corner = PixelPosition(skin, element, scale_);
-    return picture.GetPixel(corner.x + 1, corner.y + 1);
+  const Bitmap& Look(const PlacedImage& placed, const MainScene& scene) const {
+    std::string state = ", normal";
+    if (placed.element == scene.hoverItem) state = ", hover";
+    if (placed.element == ModeElement(scene.selectedMode)) state = ", selected";
+    if (placed.role == "studio advanced icon") state.clear();
+    return Load(placed.role + state);
   }
 
-  const double scale_ = platform::GetScreenDpi().x / 96.0;
-  SkinComposer standard_{Skin::Standard, scale_, SolidArtwork(Skin::Standard, scale_)};
-  SkinComposer davrin_{Skin::Davrin, scale_, SolidArtwork(Skin::Davrin, scale_)};
-};
+  // Twice, which gives it an edge at the lower right.
+  static void WriteEdged(Bitmap& picture, std::u16string_view text, const platform::Font& font,
+                         PointF place, Argb color, Argb edge, StringFormat format) {
+    constexpr auto kHint = platform::TextRenderingHint::AntiAlias;
+    Write(picture, text, font, {place.x + 1, place.y + 1}, edge, kHint, format);
+    Write(picture, text, font, place, color, kHint, format);
+  }
 
-TEST_F(MainPictureTest, SelectedWinsOverHighlighted) {
-  for (const auto& [skin, composer] :
-       {std::pair{Skin::Standard, &standard_}, std::pair{Skin::Davrin, &davrin_}}) {
-    for (const std::int32_t selected : {-1, 0, 3, 5, 6}) {
-      for (const Element hover : {Element::None, ModeElement(3), ModeElement(5), Element::Close}) {
-        const Bitmap& picture = Compose(*composer, {.selectedMode = selected, .hoverItem = hover});
-        for (std::int32_t mode = 0; mode < kModeCount; ++mode) {
-          ModeLook look = ModeLook::Normal;
-          if (hover == ModeElement(mode)) look = ModeLook::Highlighted;
-          if (selected == mode) look = ModeLook::Selected;
-          EXPECT_EQ(ColorOf(picture, skin, ModeElement(mode)), ModeColor(mode, look))
-              << "mode " << mode << ", selected " << selected << ", hover "
-              << static_cast<int>(hover);
-        }
+  double LineTop(double imageHeight, double points, float share, double y) const {
+    // A line of the font is 2500 units of 2048 high.
+    const double line = points * scale_ * 96.0 / 72.0 * 2500.0 / 2048.0;
+    return (Pixels(imageHeight) - line) / scale_ * share + y;
+  }
+
+  Bitmap Expected(const MainScene& scene, const std::set<Element>& missing = {}) const {
+    constexpr auto kHint = platform::TextRenderingHint::AntiAlias;
+    const platform::Font label(u"Calibri", 18, platform::FontStyle::Regular);
+    const platform::Font small(u"Calibri", 14, platform::FontStyle::Regular);
+    const platform::Font warning(standard_ ? u"Segoe WP" : u"Segoe UI Semilight",
+                                 standard_ ? 12 : 10, platform::FontStyle::Regular);
+    Bitmap picture = Copy(Load(standard_ ? "studio background" : "davrin background"));
+    const auto draw = [&](bool modes) {
+      for (const PlacedImage& placed : standard_ ? kStandardImages : kDavrinImages) {
+        if (IsMode(placed.element) != modes || missing.contains(placed.element)) continue;
+        if (placed.element == Element::Advanced && !scene.threeGuiLayers) continue;
+        platform::Graphics(picture).DrawImage(Look(placed, scene), Pixels(placed.x),
+                                              Pixels(placed.y));
+      }
+    };
+    draw(true);
+    for (const PlacedText& text : standard_ ? kStandardLabels : kDavrinLabels) {
+      if (standard_) {
+        WriteEdged(picture, text.text, label, Place(text.x, LineTop(109, 18, text.share, text.y)),
+                   kBlackText, kWhiteLabel, StringFormat::GenericDefault);
+      } else {
+        Write(picture, text.text, label, Place(text.x, text.y), kWhiteLabel, kHint);
       }
     }
+    if (scene.endpointWarning && standard_) {
+      Write(picture, u"Warning: This tool can only be used with supported endpoints.", warning,
+            Place(156, 362), kSand, kHint);
+    } else if (scene.endpointWarning) {
+      Write(picture, u"Warning:", warning, Place(48, 381), kWhiteLabel, kHint);
+      Write(picture, u"This tool can only be used with supported endpoints.", warning,
+            Place(48, 395), kWhiteLabel, kHint);
+    }
+    draw(false);
+    if (standard_) {
+      WriteEdged(picture, u"Done", small, Place(558, LineTop(31, 14, 0.5F, 401)), kBlackText,
+                 kWhiteLabel, StringFormat::GenericTypographic);
+    }
+    if (standard_ && scene.threeGuiLayers) {
+      WriteEdged(picture, u"Advanced", small, Place(64, LineTop(20, 14, 0.5F, 405)), kWhiteLabel,
+                 kBlackText, StringFormat::GenericTypographic);
+    }
+    return picture;
   }
-}
 
-TEST_F(MainPictureTest, ElementsAreHighlightedWhileHovered) {
-  struct Case {
-    Skin skin;
-    Element element;
-    Argb color;
-  };
-  for (const Case& c : {Case{Skin::Standard, Element::Minimize, kMinimizeColor},
-                        Case{Skin::Standard, Element::Close, kCloseColor},
-                        Case{Skin::Standard, Element::Done, kDoneColor},
-                        Case{Skin::Standard, Element::MakerLogo, kMakerLogoColor},
-                        Case{Skin::Davrin, Element::Minimize, kMinimizeColor},
-                        Case{Skin::Davrin, Element::Close, kCloseColor},
-                        Case{Skin::Davrin, Element::Advanced, kAdvancedColor},
-                        Case{Skin::Davrin, Element::MakerLogo, kMakerLogoColor}}) {
-    SkinComposer& composer = c.skin == Skin::Standard ? standard_ : davrin_;
-    SCOPED_TRACE(std::to_string(static_cast<int>(c.element)));
-    const Bitmap& resting = Compose(composer, {.threeGuiLayers = true});
-    EXPECT_EQ(ColorOf(resting, c.skin, c.element), c.color);
-    const Bitmap& hovered = Compose(composer, {.hoverItem = c.element, .threeGuiLayers = true});
-    EXPECT_EQ(ColorOf(hovered, c.skin, c.element), Highlighted(c.color));
-  }
-}
-
-TEST_F(MainPictureTest, ImagesCoverTheirPixelsOneToOne) {
-  const Bitmap& picture = Compose(standard_, {});
-  const Size size = ScaledSize({25, 25}, scale_);
-  const Point corner{Pixels(570), Pixels(12)};
-  for (const Point inside :
-       {corner, Point{corner.x + size.width - 1, corner.y + size.height - 1}}) {
-    EXPECT_EQ(picture.GetPixel(inside.x, inside.y), kMinimizeColor);
-  }
-  for (const Point outside : {Point{corner.x - 1, corner.y}, Point{corner.x, corner.y - 1},
-                              Point{corner.x, corner.y + size.height}}) {
-    EXPECT_EQ(picture.GetPixel(outside.x, outside.y), kBackgroundColor);
-  }
-  EXPECT_EQ(picture.Width(), Pixels(651));
-  EXPECT_EQ(picture.Height(), Pixels(454));
-}
-
-TEST_F(MainPictureTest, TheLowerRowOfModesLiesOnTop) {
-  const Bitmap& picture = Compose(standard_, {});
-  EXPECT_EQ(picture.GetPixel(Pixels(40), Pixels(252)), ModeColor(3, ModeLook::Normal));
-}
-
-// Edges of the letters in 96-DPI units, worked out from the outlines in Carlito.
-struct InkCase {
-  std::string text;
-  Skin skin;
-  Rect area;  // where to look, in 96-DPI units
-  bool (*isInk)(Argb);
-  double left;
-  double top;
-  double bottom;
+  const bool standard_ = GetParam() == Skin::Standard;
+  const double scale_ = platform::GetScreenDpi().x / 96.0;
+  const std::map<std::string, std::uint16_t> roles_ = ArtworkRoles();
 };
 
-TEST_F(MainPictureTest, LabelsStandWhereTheirFormulasPutThem) {
-  const std::vector<InkCase> cases{
-      {"OFF", Skin::Standard, {100, 150, 220, 240}, IsDark, 122.84, 187.13, 202.87},
-      {"Music", Skin::Standard, {300, 160, 420, 195}, IsDark, 312.96, 172.91, 189.59},
-      {"Mode", Skin::Standard, {300, 195, 420, 240}, IsDark, 312.96, 199.32, 216.15},
-      {"Mode, lower row", Skin::Standard, {500, 300, 620, 340}, IsDark, 511.96, 303.32, 320.15},
-      {"Done", Skin::Standard, {550, 402, 600, 434}, IsDark, 559.27, 410.90, 423.01},
-      {"Advanced", Skin::Standard, {62, 400, 140, 430}, IsLight, 64.07, 408.42, 421.52},
-      {"War Room", Skin::Davrin, {50, 180, 245, 225}, IsLight, 91.14, 192.45, 208.03},
-      {"Off", Skin::Davrin, {480, 300, 660, 355}, IsLight, 553.84, 325.40, 342.02},
-  };
-  const MainScene scene{.threeGuiLayers = true};
-  for (const InkCase& c : cases) {
-    SCOPED_TRACE(c.text);
-    const Bitmap& picture = Compose(c.skin == Skin::Standard ? standard_ : davrin_, scene);
-    const Rect ink =
-        InkBox(picture, Area(c.area.left, c.area.top, c.area.right, c.area.bottom), c.isInk);
-    // Whole pixels, baselines on pixel rows and soft edges: up to a pixel and a bit.
-    const double tolerance = 1.2;
-    EXPECT_NEAR(ink.left, c.left * scale_, tolerance);
-    EXPECT_NEAR(ink.top, c.top * scale_, tolerance);
-    EXPECT_NEAR(ink.bottom, c.bottom * scale_, tolerance);
-  }
-}
-
-TEST_F(MainPictureTest, EdgedTextHasItsEdgeOnePixelRightAndBelow) {
-  const Bitmap& picture = Compose(standard_, {});
-  const Rect area = Area(100, 180, 220, 215);
-  const Rect dark = InkBox(picture, area, IsDark);
-  const Rect light = InkBox(picture, area, IsLight);
-  EXPECT_EQ(light.right, dark.right + 1);
-  EXPECT_EQ(light.bottom, dark.bottom + 1);
-  EXPECT_GT(light.left, dark.left) << "what lies left of a letter is covered by it";
-}
-
-TEST_F(MainPictureTest, TheStandardWarningIsOneSandLine) {
-  const auto isSand = [](Argb color) {
-    return ((color >> 16U) & 0xFFU) > 0xC0 && ((color >> 8U) & 0xFFU) > 0xA8 &&
-           (color & 0xFFU) < 0xB0;
-  };
-  const Rect strip = Area(0, 359, 651, 395);
-  EXPECT_EQ(InkBox(Compose(standard_, {}), strip, isSand), Rect{});
-  const Rect ink = InkBox(Compose(standard_, {.endpointWarning = true}), strip, isSand);
-  EXPECT_NEAR(ink.left, 159.0 * scale_, 2.0 * scale_);
-  EXPECT_GT(ink.Width(), Pixels(350));
-  EXPECT_LT(ink.Height(), Pixels(20));
-}
-
-TEST_F(MainPictureTest, TheDavrinWarningIsTwoWhiteLines) {
-  const Rect strip = Area(0, 381, 600, 420);
-  EXPECT_EQ(InkBox(Compose(davrin_, {}), strip, IsLight), Rect{});
-  const Bitmap& picture = Compose(davrin_, {.endpointWarning = true});
-  const Rect first = InkBox(picture, Area(0, 381, 600, 398), IsLight);
-  const Rect second = InkBox(picture, Area(0, 400, 600, 420), IsLight);
-  EXPECT_NEAR(first.left, 51.0 * scale_, 3.0 * scale_);
-  EXPECT_NEAR(second.left, 51.0 * scale_, 3.0 * scale_);
-  EXPECT_GT(first.Width(), Pixels(35));
-  EXPECT_LT(first.Width(), Pixels(75)) << "the word and its colon alone";
-  EXPECT_GT(second.Width(), Pixels(250));
-}
-
-TEST_F(MainPictureTest, TheAdvancedEntryIsThereOnlyWithThreeLayers) {
-  // 1.03 times the letters' widths and a third of the font's size, at 96 DPI.
-  constexpr double kTextWidth = 83.24;
-  struct Case {
-    Skin skin;
+TEST_P(ScaledMainPictureTest, EveryElementLooksAsItsStateSays) {
+  SkinComposer composer(GetParam(), scale_, MainImages::Load(GetParam()));
+  // One mode is selected and another hovered, then an element, at last the selected mode itself.
+  for (std::int32_t step = -1; step <= 11; ++step) {
+    const MainScene scene{
+        .selectedMode = step < 6 ? step : 7 - step,
+        .hoverItem = step < 6 ? ModeElement(step + 1) : static_cast<Element>(step),
+        .threeGuiLayers = step % 2 == 0,
+        .endpointWarning = step % 4 < 2};
+    const MainScene last{.selectedMode = 3, .hoverItem = ModeElement(3), .threeGuiLayers = true};
+    const MainScene& shown = step == 11 ? last : scene;
+    const Bitmap* picture = composer.Compose(shown);
+    ASSERT_NE(picture, nullptr);
+    EXPECT_EQ(BoxOfDifference(*picture, Expected(shown)), Rect{}) << "step " << step;
     Size box;
-  };
-  for (const Case& c :
-       {Case{Skin::Standard,
-             {static_cast<std::int32_t>(kTextWidth * scale_ + 10.0) + Pixels(20), Pixels(20)}},
-        Case{Skin::Davrin, {Pixels(30), Pixels(30)}}}) {
-    SkinComposer& composer = c.skin == Skin::Standard ? standard_ : davrin_;
-    const Bitmap& without = Compose(composer, {.threeGuiLayers = false});
-    EXPECT_EQ(ColorOf(without, c.skin, Element::Advanced), kBackgroundColor);
-    EXPECT_EQ(composer.AdvancedBox(), Size{});
-    EXPECT_EQ(InkBox(without, Area(62, 400, 140, 430), IsLight), Rect{});
-
-    const Bitmap& with = Compose(composer, {.threeGuiLayers = true});
-    EXPECT_EQ(ColorOf(with, c.skin, Element::Advanced), kAdvancedColor);
-    EXPECT_EQ(composer.AdvancedBox(), c.box);
+    if (shown.threeGuiLayers && standard_) {
+      // 1.03 times the letters' widths and a third of the font's size.
+      box = {static_cast<std::int32_t>(83.24 * scale_ + 10.0) + Pixels(20), Pixels(20)};
+    } else if (shown.threeGuiLayers) {
+      box = {Pixels(30.8), Pixels(30.8)};
+    }
+    EXPECT_EQ(composer.AdvancedBox(), box);
+    const Rect warning = composer.WarningArea();
+    EXPECT_EQ(warning.left, shown.endpointWarning ? Pixels(standard_ ? 156 : 48) : 0);
+    EXPECT_EQ(warning.top, shown.endpointWarning ? Pixels(standard_ ? 362 : 381) : 0);
+    EXPECT_EQ(warning.Width() > Pixels(250), shown.endpointWarning);
+    if (scale_ > 1) return;
   }
 }
 
-TEST_F(MainPictureTest, AMissingImageIsLeftOut) {
-  MainImages artwork = SolidArtwork(Skin::Standard, scale_);
+TEST_P(ScaledMainPictureTest, AMissingImageIsLeftOut) {
+  MainImages artwork = MainImages::Load(GetParam());
   artwork.modes[1] = {};
   artwork.close = {};
-  artwork.done = {};
-  artwork.advanced = {};
-  SkinComposer composer(Skin::Standard, scale_, std::move(artwork));
-  const Bitmap& picture = Compose(composer, {.selectedMode = 1, .threeGuiLayers = true});
-  for (const Element missing : {ModeElement(1), Element::Close, Element::Done}) {
-    EXPECT_EQ(ColorOf(picture, Skin::Standard, missing), kBackgroundColor);
-  }
-  EXPECT_EQ(ColorOf(picture, Skin::Standard, ModeElement(2)), ModeColor(2, ModeLook::Normal));
-  EXPECT_EQ(ColorOf(picture, Skin::Standard, Element::MakerLogo), kMakerLogoColor)
-      << "drawing goes on behind a gap";
-
-  MainImages nothing;
-  SkinComposer empty(Skin::Davrin, scale_, std::move(nothing));
+  artwork.makerLogo = {};
+  SkinComposer composer(GetParam(), scale_, std::move(artwork));
+  const Bitmap* picture = composer.Compose({.selectedMode = 1});
+  ASSERT_NE(picture, nullptr);
+  EXPECT_TRUE(SamePixels(*picture, Expected({.selectedMode = 1},
+                                            {ModeElement(1), Element::Close, Element::MakerLogo})));
+  SkinComposer empty(GetParam(), scale_, MainImages());
   EXPECT_EQ(empty.Compose({.threeGuiLayers = true}), nullptr);
   EXPECT_EQ(empty.Size(), Size{});
 }
 
-TEST_F(MainPictureTest, NothingOfAnEarlierPictureRemains) {
-  for (const Skin skin : {Skin::Standard, Skin::Davrin}) {
-    const auto artwork = [this, skin] {
-      MainImages images = SolidArtwork(skin, scale_);
-      // A window with a shape: what lies beside the buttons is half or wholly transparent.
-      for (std::int32_t y = 0; y < images.background->Height(); ++y) {
-        for (std::int32_t x = 0; x < images.background->Width(); ++x) {
-          images.background->SetPixel(x, y, (x + y) % 2 == 0 ? 0x00000000U : 0x40FFFFFFU);
-        }
-      }
-      return images;
-    };
-    SkinComposer used(skin, scale_, artwork());
-    used.Compose({3, Element::Close, true, true});
-    used.Compose({1, Element::Advanced, true, true});
-    const MainScene scene{.selectedMode = 2, .hoverItem = Element::MakerLogo};
-    SkinComposer fresh(skin, scale_, artwork());
-    EXPECT_TRUE(SamePixels(Compose(used, scene), Compose(fresh, scene)));
-    EXPECT_EQ(used.AdvancedBox(), fresh.AdvancedBox());
-    const Bitmap& picture = Compose(used, scene);
-    EXPECT_EQ(picture.GetPixel(0, 0), 0U);
-    EXPECT_EQ(picture.GetPixel(1, 0) >> 24U, 0x40U);
-  }
-}
+INSTANTIATE_TEST_SUITE_P(Skins, ScaledMainPictureTest,
+                         testing::Values(Skin::Standard, Skin::Davrin));
 
 }  // namespace
 }  // namespace ui

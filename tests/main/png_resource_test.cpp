@@ -3,15 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <string>
-#include <vector>
 
+#include "platform/resources.h"
 #include "platform/screen.h"
 #include "resources/resource_ids.h"
-#include "ui/main/main_images.h"
+#include "tests/controls/picture.h"
+#include "tests/main/artwork.h"
 
 namespace ui {
 namespace {
+
+using platform::Bitmap;
 
 TEST(PngResourceTest, LoadedLengthIsTruncated) {
   struct Case {
@@ -20,25 +22,20 @@ TEST(PngResourceTest, LoadedLengthIsTruncated) {
     float designDpi;
     std::int32_t loaded;
   };
-  const std::vector<Case> cases{
-      {196, 96, 96.0F, 196},
-      {109, 144, 96.0F, 163},
-      {25, 120, 96.0F, 31},
-      {77, 96, 240.0F, 30},
-      {511, 96, 240.0F, 204},
-      {315, 96, 240.0F, 126},
-      {1802, 96, 240.0F, 720},
-      {1118, 192, 240.0F, 894},
-      {1, 96, 240.0F, 0},
-      // The product takes 32 bits and no more, and is then a float, which has 24.
-      {65536, 65537, 1.0F, 65536},
-      {4097, 4097, 1.0F, 16785408},
-      {100, 96, 0.0F, 0},
-      {100, 96, -96.0F, 0},
-      {100, 96, std::numeric_limits<float>::quiet_NaN(), 0},
-      {0, 96, 96.0F, 0},
-  };
-  for (const Case& c : cases) {
+  for (const Case& c : {
+           Case{196, 96, 96.0F, 196},
+           Case{109, 144, 96.0F, 163},
+           Case{25, 120, 96.0F, 31},
+           Case{77, 96, 240.0F, 30},
+           Case{1118, 192, 240.0F, 894},
+           Case{1, 96, 240.0F, 0},
+           // The product takes 32 bits and no more, and is then a float, which has 24.
+           Case{65536, 65537, 1.0F, 65536},
+           Case{4097, 4097, 1.0F, 16785408},
+           Case{100, 96, 0.0F, 0},
+           Case{100, 96, -96.0F, 0},
+           Case{100, 96, std::numeric_limits<float>::quiet_NaN(), 0},
+       }) {
     EXPECT_EQ(LoadedLength(c.stored, c.screenDpi, c.designDpi), c.loaded)
         << c.stored << " at " << c.screenDpi << " / " << c.designDpi;
   }
@@ -47,35 +44,42 @@ TEST(PngResourceTest, LoadedLengthIsTruncated) {
 TEST(PngResourceTest, AnUnknownResourceIsNoImage) {
   EXPECT_FALSE(LoadPngResource(1, 96.0F));
   EXPECT_FALSE(LoadPngResource(65535, 96.0F));
-  EXPECT_FALSE(LoadPngResource(resources::kImageDone, 0.0F));
+  EXPECT_FALSE(LoadPngResource(168, 0.0F));
+  EXPECT_FALSE(LoadPngResource(132, 96.0F)) << "a bitmap, not a PNG";
 }
 
-// Each picture's own place and size in the window are other tests' matter; here all of them load.
-TEST(PngResourceTest, EverySkinHasAllItsArtwork) {
-  const auto loaded = [](platform::Size stored, float designDpi) {
-    const platform::ScreenDpi screen = platform::GetScreenDpi();
-    return platform::Size{
-        LoadedLength(static_cast<std::uint32_t>(stored.width), screen.x, designDpi),
-        LoadedLength(static_cast<std::uint32_t>(stored.height), screen.y, designDpi)};
+TEST(PngResourceTest, AnImageIsScaledWellAndOnce) {
+  const auto stored = Bitmap::FromPng(platform::FindResourceData(platform::ResourceType::Png, 201));
+  ASSERT_TRUE(stored);
+  Bitmap expected(204, 126, platform::PixelFormat::PremultipliedArgb32);
+  {
+    platform::Graphics graphics(expected);
+    graphics.SetInterpolationMode(platform::InterpolationMode::HighQualityBicubic);
+    graphics.DrawImage(*stored, platform::Rect{0, 0, 204, 126});
+  }
+  ASSERT_EQ(platform::GetScreenDpi().x, 96U);
+  const auto loaded = LoadPngResource(201, 240.0F);
+  ASSERT_TRUE(loaded);
+  EXPECT_TRUE(SamePixels(*loaded, expected));
+}
+
+TEST(ResourceIds, TheDialogsPicturesAreThoseOfTheArtworksList) {
+  const auto roles = ArtworkRoles();
+  struct Case {
+    std::uint16_t id;
+    const char* role;
   };
-  for (const Skin skin : {Skin::Standard, Skin::Davrin}) {
-    const bool standard = skin == Skin::Standard;
-    const platform::Size button = standard ? loaded({25, 25}, 96.0F) : loaded({77, 77}, 240.0F);
-    const MainImages images = MainImages::Load(skin);
-    for (const ModeImages& mode : images.modes) {
-      for (const Image& look : mode.looks) {
-        EXPECT_EQ(ImageSize(look),
-                  standard ? loaded({196, 109}, 96.0F) : loaded({511, 315}, 240.0F));
-      }
-    }
-    for (const auto& [pair, size] :
-         {std::pair(&images.minimize, button), std::pair(&images.close, button),
-          std::pair(&images.advanced, standard ? loaded({20, 20}, 96.0F) : button),
-          std::pair(&images.done, standard ? loaded({89, 31}, 96.0F) : loaded({89, 31}, 240.0F)),
-          std::pair(&images.makerLogo, loaded({55, 28}, 96.0F))}) {
-      EXPECT_EQ(ImageSize(pair->normal), size);
-      EXPECT_EQ(ImageSize(pair->highlighted), size);
-    }
+  for (const Case& c :
+       {Case{resources::kImageCloseButton, "dialog close button"},
+        Case{resources::kImageExpandButton, "dialog button, expand"},
+        Case{resources::kImageCollapseButton, "dialog button, collapse"},
+        Case{resources::kImageGreyDot, "dot, grey"}, Case{resources::kImageCyanDot, "dot, cyan"},
+        Case{resources::kImageHeader, "dialog header"},
+        Case{resources::kImageMenuButton, "dialog menu button"},
+        Case{resources::kImageDarkDot, "dot, small and dark"},
+        Case{resources::kImageRedDot, "dot, red"},
+        Case{resources::kDialogTileBitmap, "dialog background tile"}}) {
+    EXPECT_EQ(c.id, roles.at(c.role)) << c.role;
   }
 }
 
