@@ -98,10 +98,12 @@ TEST_P(AudioDevicesContract, NoReportRunsOnceUnregisteringHasReturned) {
     --running;
   });
   const auto enumerator = machine_->Devices().CreateEnumerator();
+  // A change is one to a default that was seen.
+  ASSERT_EQ(DefaultId(), Ids()[0]);
   ASSERT_EQ(enumerator->RegisterCallback(sink), HResult::Ok);
   EXPECT_GT(sink.References(), 1U);
   machine_->MakeDefault(1);
-  ASSERT_EQ(entered.get_future().wait_for(10s), std::future_status::ready);
+  EXPECT_EQ(entered.get_future().wait_for(10s), std::future_status::ready);
 
   EXPECT_EQ(enumerator->UnregisterCallback(sink), HResult::Ok);
   EXPECT_EQ(running, 0);
