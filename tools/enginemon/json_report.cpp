@@ -9,8 +9,8 @@
 
 #include "dsp/eq_model.h"
 #include "platform/text.h"
+#include "store/route_name.h"
 #include "tools/enginemon/parameter_meaning.h"
-#include "tools/enginemon/route_name.h"
 
 namespace tools {
 namespace {
@@ -22,7 +22,7 @@ void PrintLine(const Json& object, std::ostream& output) {
 }
 
 void AddRoute(std::u16string_view pathKey, Json& object) {
-  object["route"] = RouteName(pathKey);
+  object["route"] = store::RouteName(pathKey);
   object["pathKey"] = platform::ToUtf8(pathKey);
 }
 

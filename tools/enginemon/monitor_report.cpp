@@ -6,9 +6,9 @@
 #include <string>
 
 #include "platform/text.h"
+#include "store/route_name.h"
 #include "tools/enginemon/json_report.h"
 #include "tools/enginemon/parameter_meaning.h"
-#include "tools/enginemon/route_name.h"
 
 namespace tools {
 namespace {
@@ -49,15 +49,16 @@ class UnitsReport : public PlainReport {
   using PlainReport::PlainReport;
 
   void Route(std::u16string_view pathKey) override {
-    Output() << "  route: " << (pathKey.empty() ? "none, no default endpoint" : RouteName(pathKey))
+    Output() << "  route: "
+             << (pathKey.empty() ? "none, no default endpoint" : store::RouteName(pathKey))
              << std::endl;
   }
   void Setting(const ActiveSetting& setting) override {
-    Output() << "  " << RouteName(setting.pathKey) << ": active setting "
+    Output() << "  " << store::RouteName(setting.pathKey) << ": active setting "
              << platform::ToUtf8(setting.setting) << std::endl;
   }
   void Parameter(const ChangedParameter& change) override {
-    Output() << "  " << RouteName(change.pathKey) << ", setting "
+    Output() << "  " << store::RouteName(change.pathKey) << ", setting "
              << platform::ToUtf8(change.setting)
              << (change.state == ChangedParameter::State::Active ? " (active): Param" : ": Param")
              << change.number << ' ';

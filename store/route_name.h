@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-namespace tools {
+namespace store {
 
 // The path key itself for a route without a name.
 std::string RouteName(std::u16string_view pathKey);
 
-}  // namespace tools
+}  // namespace store
