@@ -9,6 +9,7 @@
 #include "platform/guid.h"
 #include "platform/jack_state.h"
 #include "platform/linux/audio/adapter_name.h"
+#include "platform/linux/audio/engine_sink.h"
 #include "platform/linux/audio/pulse_endpoints.h"
 #include "platform/linux/audio/pulse_ports.h"
 #include "platform/linux/audio/uuid5.h"
@@ -110,6 +111,23 @@ TEST(SinkToEndpointTest, MapsPortsToStatesAndNodes) {
   sink.properties["device.profile.name"] = "iec958-stereo";
   EXPECT_EQ(SinkToEndpoint(sink).jackSubType, u"{DFF21FE5-F70F-11D0-B917-00A0C9223196}");
   EXPECT_EQ(SinkToEndpoint(sink).state, kDeviceStateActive);
+}
+
+TEST(SeeThroughEngineTest, LeavesTheSinkThatIsHeard) {
+  PulseSink engine;
+  engine.name = "engine";
+  engine.properties["tonalyx.plays-to"] = "b";
+  PulseSink a;
+  a.name = "a";
+  PulseSink b;
+  b.name = "b";
+  for (const auto& [before, after] : {std::pair{"engine", "b"}, {"a", "a"}}) {
+    PulseState state{{a, engine, b}, before};
+    SeeThroughEngine(state);
+    ASSERT_EQ(state.sinks.size(), 2U);
+    EXPECT_EQ(state.sinks[0].name + state.sinks[1].name, "ab");
+    EXPECT_EQ(state.defaultSink, after);
+  }
 }
 
 TEST(SinksToEndpointsTest, UnpluggedDefaultIsNone) {

@@ -2,19 +2,16 @@
 
 #include <utility>
 
+#include "platform/linux/audio/engine_sink.h"
 #include "platform/linux/audio/pulse_ports.h"
 
 namespace platform {
 namespace {
 
 // What the endpoints are made from.
-constexpr std::array<const char*, 7> kProperties = {PA_PROP_DEVICE_BUS,
-                                                    PA_PROP_DEVICE_API,
-                                                    PA_PROP_DEVICE_PROFILE_NAME,
-                                                    PA_PROP_DEVICE_DESCRIPTION,
-                                                    "alsa.components",
-                                                    "alsa.mixer_name",
-                                                    "alsa.card_name"};
+constexpr std::array<const char*, 8> kProperties = {
+    kEngineSinkProperty,        PA_PROP_DEVICE_BUS, PA_PROP_DEVICE_API, PA_PROP_DEVICE_PROFILE_NAME,
+    PA_PROP_DEVICE_DESCRIPTION, "alsa.components",  "alsa.mixer_name",  "alsa.card_name"};
 
 std::string TextOf(const char* text) {
   return text == nullptr ? std::string() : text;
@@ -93,6 +90,7 @@ void PulseFetch::OnCard(pa_context* /*context*/, const pa_card_info* info, int e
 void PulseFetch::Answered() {
   if (--waiting_ > 0) return;
   JoinCards();
+  SeeThroughEngine(state_);
   if (outcome_ == Outcome::Refused) {
     done_(std::nullopt);
   } else {
