@@ -1,0 +1,88 @@
+#pragma once
+
+#include <pipewire/extensions/metadata.h>
+#include <pipewire/pipewire.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "engine/pipewire/graph_watch.h"
+
+namespace engine {
+
+// Sends what programs play to one node, by the word that the session manager listens to, and leaves
+// alone what a program or the user has sent somewhere else. Connection's thread, or under its lock.
+class StreamRedirection final : public GraphObserver {
+ public:
+  StreamRedirection(pw_core* core, std::string target);
+  ~StreamRedirection();
+  StreamRedirection(const StreamRedirection&) = delete;
+  StreamRedirection& operator=(const StreamRedirection&) = delete;
+
+  void OnAdded(pw_registry* registry, const GraphObject& object) override;
+  void OnRemoved(std::uint32_t id) override;
+
+  // Takes the word back from every stream, before the node goes.
+  void TakeBack();
+
+ private:
+  // What is said about where a stream goes. Either key may be used for it.
+  struct Word {
+    std::string type;
+    std::string value;
+  };
+  struct Targets {
+    std::optional<Word> object;
+    std::optional<Word> node;
+    bool isAsked = false;  // the word was given and has not come back yet
+  };
+  // A stream whose properties are not known yet is bound to hear of them.
+  struct Stream {
+    Stream(StreamRedirection& redirection, std::uint32_t streamId, pw_registry* registry);
+    ~Stream();
+    Stream(const Stream&) = delete;
+    Stream& operator=(const Stream&) = delete;
+
+    void Unbind();
+
+    StreamRedirection& owner;
+    const std::uint32_t id;
+    enum class Choice { Unknown, Open, Made } choice = Choice::Unknown;
+    pw_proxy* proxy = nullptr;
+    spa_hook listener{};
+  };
+
+  static void OnDone(void* redirection, std::uint32_t id, int sequence);
+  static void OnNodeInfo(void* stream, const pw_node_info* info);
+  static int OnProperty(void* redirection, std::uint32_t subject, const char* key, const char* type,
+                        const char* value);
+  static const pw_core_events kCoreEvents;
+  static const pw_node_events kNodeEvents;
+  static const pw_metadata_events kMetadataEvents;
+
+  void BindMetadata(pw_registry* registry, std::uint32_t id);
+  void UnbindMetadata();
+  void Redirect(std::uint32_t stream);
+  void HearObject(std::uint32_t stream, std::optional<Word> word);
+  void HearNode(std::uint32_t stream, std::optional<Word> word);
+  bool IsOwn(const std::optional<Word>& word) const;
+  void Say(std::uint32_t stream, const char* key, const std::optional<Word>& word) const;
+
+  pw_core* const core_;
+  const std::string target_;
+  spa_hook coreListener_{};
+  std::map<std::uint32_t, std::unique_ptr<Stream>> streams_;
+  std::map<std::uint32_t, Targets> targets_;
+  std::map<std::string, std::string> serials_;  // of every node, by its number
+  std::uint32_t metadataId_ = PW_ID_ANY;
+  pw_metadata* metadata_ = nullptr;
+  spa_hook metadataListener_{};
+  // What was said before the engine came is known once the server has answered this.
+  int sync_ = -1;
+  bool isKnown_ = false;
+};
+
+}  // namespace engine
