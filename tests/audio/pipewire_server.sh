@@ -13,4 +13,5 @@ for ((tries = 0; tries < 100; tries++)); do
   sleep 0.02
 done
 setpriv --pdeathsig KILL wireplumber &
+echo $! >"$XDG_RUNTIME_DIR/wireplumber.pid"
 exec pipewire-pulse

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,6 +23,8 @@ class PulseDaemon {
 
   // What a client names the server by; the same after every start.
   std::string Server() const;
+  // What a client of another program finds it by.
+  std::map<std::string, std::string> Environment() const;
 
   void Start();
   // Kills it outright.
@@ -43,7 +46,6 @@ class PulseDaemon {
       std::chrono::milliseconds latency = std::chrono::milliseconds(50));
 
  private:
-  std::map<std::string, std::string> Environment() const;
   std::vector<std::string> Command() const;
   void ControlWhenReady(std::vector<std::string> command);
 
