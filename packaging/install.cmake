@@ -6,7 +6,7 @@ include(GNUInstallDirs)
 set(program_folder lib/tonalyx)
 set(links ${CMAKE_BINARY_DIR}/packaging/links)
 
-install(TARGETS tonalyx regtool enginemon laptopctl vtdmake RUNTIME DESTINATION ${program_folder})
+install(TARGETS tonalyx tonalyx-engine regtool enginemon laptopctl vtdmake RUNTIME DESTINATION ${program_folder})
 
 function(tonalyx_command command target)
   file(CREATE_LINK ../${program_folder}/${target} ${links}/${command} SYMBOLIC)
@@ -16,6 +16,7 @@ endfunction()
 
 file(MAKE_DIRECTORY ${links})
 tonalyx_command(tonalyx tonalyx)
+tonalyx_command(tonalyx-engine tonalyx-engine)
 foreach(tool IN ITEMS regtool enginemon laptopctl vtdmake)
   tonalyx_command(tonalyx-${tool} ${tool})
 endforeach()

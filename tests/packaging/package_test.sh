@@ -124,8 +124,14 @@ state_folder_is_open() {
 
 commands_run() {
   local tool
-  for tool in regtool enginemon laptopctl vtdmake; do inside "tonalyx-$tool" --help; done
+  for tool in engine regtool enginemon laptopctl vtdmake; do inside "tonalyx-$tool" --help; done
   is /usr/lib/tonalyx/tonalyx "$(inside readlink -f /usr/bin/tonalyx)"
+}
+
+# There, and off: nothing but the user turns it on.
+engine_is_off() {
+  test -f "$machine/usr/lib/systemd/user/tonalyx-engine.service"
+  is "" "$(find "$machine/etc/systemd/user" -name 'tonalyx*' 2>/dev/null)"
 }
 
 users_share_the_store() {
@@ -225,6 +231,7 @@ new_machine plain
 package_tool -P systemd-standalone-tmpfiles >/dev/null
 expect "installs without systemd-tmpfiles, the state folder open to everyone" installs
 expect "the commands run" commands_run
+expect "the engine is there, and off" engine_is_off
 expect "users share the store" users_share_the_store
 expect "the window opens, with the class of the desktop entry" window_opens
 expect "removal keeps the state" removal_keeps_the_state
