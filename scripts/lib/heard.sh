@@ -1,0 +1,117 @@
+#!/usr/bin/env bash
+# Plays a sweep through the engine in every mode of the sample tuning, in an audio session of its
+# own that nobody hears, and leaves build/screenshots/heard.png: what the panel draws and what was
+# heard. Wants the virtual laptop and the imported tuning that scripts/run makes.
+set -euo pipefail
+top=$(cd "$(dirname "$0")/../.." && pwd)
+bin=$top/build/bin
+pictures=$top/build/screenshots
+mkdir -p "$pictures"
+modes=(Off Music Movie Recording Gaming Speech)
+# The virtual laptop plays through its speaker.
+route='{DFF21CE1-F70F-11D0-B917-00A0C9223196}'
+settings='HKLM\SOFTWARE\Norvane\Velsona\Parameters\'$route'\Settings'
+
+work=$(mktemp -d)
+# The store of the panel stays as it is.
+cp -r "$TONALYX_ROOT" "$work/state"
+export TONALYX_ROOT=$work/state
+started=()
+cleanup() {
+  local i
+  for ((i = ${#started[@]} - 1; i >= 0; i--)); do
+    kill "${started[i]}" 2>/dev/null || true
+    wait "${started[i]}" 2>/dev/null || true
+  done
+  rm -rf "$work"
+}
+trap cleanup EXIT
+
+start() {
+  "$@" >>"$work/log" 2>&1 &
+  started+=($!)
+}
+
+# wait_until COMMAND...: ten seconds at most; then what was started tells what it said.
+wait_until() {
+  local _
+  for _ in $(seq 200); do
+    "$@" >/dev/null 2>&1 && return 0
+    sleep 0.05
+  done
+  echo "heard.sh: waited in vain for: $*" >&2
+  cat "$work/log" >&2
+  return 1
+}
+
+# start_session: PipeWire with all of its parts, and a sink that swallows what it gets.
+start_session() {
+  export HOME=$work XDG_RUNTIME_DIR=$work/runtime XDG_CONFIG_HOME=$work/config
+  export PULSE_RUNTIME_PATH=$XDG_RUNTIME_DIR/pulse PULSE_SERVER=unix:$XDG_RUNTIME_DIR/pulse/native
+  export DBUS_SESSION_BUS_ADDRESS=unix:path=$XDG_RUNTIME_DIR/bus
+  mkdir -m 700 "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME"
+  start dbus-daemon --session --nofork --address="$DBUS_SESSION_BUS_ADDRESS"
+  start pipewire
+  wait_until test -S "$XDG_RUNTIME_DIR/pipewire-0"
+  start wireplumber
+  start pipewire-pulse
+  wait_until pactl info
+  pactl load-module module-null-sink sink_name=speaker rate=48000 >/dev/null
+  wait_until pactl set-default-sink speaker
+}
+
+format=(--raw --format=float32le --rate=48000 --channels=2)
+
+# record FILE: what arrives at the sink while the sweep is played.
+record() {
+  local recorder
+  parec "${format[@]}" --latency-msec=20 --device=speaker.monitor "$1" &
+  recorder=$!
+  # The recorder gets sound, and silence is sound, once it is there.
+  wait_until test -s "$1"
+  pacat --playback "${format[@]}" --latency-msec=100 "$work/sweep"
+  sleep 0.3
+  kill "$recorder"
+  wait "$recorder" 2>/dev/null || true
+}
+
+engine_tells() { "$bin/tonalyx-engine" --status --json | grep -q "$1"; }
+
+# set_parameter SETTING NUMBER HEX: four bytes of a float
+set_parameter() { "$bin/regtool" add "$settings\\$1" /v "Param$2" /t REG_BINARY /d "$3" /f; }
+
+# activate SETTING: and lets the engine look again.
+activate() {
+  "$bin/regtool" add "$settings" /v ActiveSetting /t REG_SZ /d "$1" /f
+  wait_until engine_tells "\"setting\": *\"$1\""
+  sleep 0.3
+}
+
+# Bass and treble in the middle, widener and loudness off.
+knobs_at_rest() {
+  set_parameter "$1" 232 0000003F
+  set_parameter "$1" 250 0000003F
+  set_parameter "$1" 5 00000000
+  set_parameter "$1" 221 00000000
+}
+
+start_session
+start "$bin/tonalyx-engine"
+wait_until "$bin/tonalyx-engine" --status
+"$bin/heard" sweep "$work/sweep"
+plots=()
+for number in 1 2 3 4 5 6; do
+  activate "$number"
+  record "$work/whole-$number"
+done
+for number in 1 2 3 4 5 6; do
+  knobs_at_rest "$number"
+  activate "$(((number % 6) + 1))"
+  activate "$number"
+  record "$work/equalizer-$number"
+  plots+=("${modes[number - 1]}:$number:$work/equalizer-$number:$work/whole-$number")
+done
+echo "-- heard, farthest from the panel's curve"
+QT_QPA_PLATFORM=offscreen "$bin/heard" picture "$work/heard.ppm" "$route" "${plots[@]}"
+convert "$work/heard.ppm" -define png:compression-level=9 "$pictures/heard.png"
+echo "Picture: build/screenshots/heard.png"
