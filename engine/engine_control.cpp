@@ -67,7 +67,7 @@ bool EngineControl::Hold(const std::u16string& event) {
 std::u16string EngineControl::HoldEndpointEvents() {
   for (const auto& record : endpoints::EnumerateRenderEndpoints(platform_.audioDevices)) {
     for (const std::u16string_view baseName : engine_link::kEndpointEvents) {
-      const std::u16string event = engine_link::EndpointEventName(baseName, record.endpointGuid);
+      std::u16string event = engine_link::EndpointEventName(baseName, record.endpointGuid);
       if (!Hold(event)) return event;
     }
   }

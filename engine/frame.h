@@ -28,6 +28,7 @@ inline Frame Both(double value) {
 inline Frame Limited(Frame frame, double limit) {
   const Frame::Lanes zero{};
   const Frame::Lanes highest = Both(limit).lanes;
+  // NOLINTNEXTLINE(misc-redundant-expression): what is no number is not equal to itself either
   const Frame::Lanes number = frame.lanes == frame.lanes ? frame.lanes : zero;
   const Frame::Lanes below = number < highest ? number : highest;
   return {below > -highest ? below : -highest};

@@ -101,7 +101,8 @@ std::unique_ptr<File> FakeFileSystem::OpenExisting(std::u16string_view path, Fil
 }
 
 std::unique_ptr<File> FakeFileSystem::CreateNew(std::u16string_view path) {
-  return nodes_.contains(path) ? nullptr : CreateAlways(path);
+  if (nodes_.contains(path)) return nullptr;
+  return CreateAlways(path);
 }
 
 std::unique_ptr<File> FakeFileSystem::CreateAlways(std::u16string_view path) {
