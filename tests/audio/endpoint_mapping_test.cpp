@@ -1,20 +1,16 @@
-// Sinks as endpoints: names, states, ports and GUIDs; and the values of the lists behind them.
+// Sinks as endpoints: names, states, ports and GUIDs; and whom reports reach.
 #include <gtest/gtest.h>
 #include <pulse/def.h>
 
 #include <array>
 
-#include "platform/device_list.h"
-#include "platform/fake/fake_registry.h"
 #include "platform/guid.h"
-#include "platform/jack_state.h"
 #include "platform/linux/audio/adapter_name.h"
 #include "platform/linux/audio/engine_sink.h"
 #include "platform/linux/audio/pulse_endpoints.h"
 #include "platform/linux/audio/pulse_ports.h"
 #include "platform/linux/audio/uuid5.h"
 #include "tests/audio/recording_sink.h"
-#include "tests/support/registry_tree.h"
 
 namespace platform {
 namespace {
@@ -203,31 +199,6 @@ TEST(Guids, ReadAndWriteTheRegistryFormAlone) {
   EXPECT_FALSE(GuidFromString(text.substr(0, 37)));
 }
 
-TEST(JackValues, AreNumbersOf32BitsUnderTheDriversNames) {
-  FakeRegistry registry;
-  const std::u16string key =
-      u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\MMDevices\\Audio\\Render\\{G}\\FxProperties";
-  const std::pair<JackProperty, std::u16string> names[] = {{JackProperty::OtherHeadphone, u"1"},
-                                                           {JackProperty::Headphone, u"4"},
-                                                           {JackProperty::Speaker, u"6"},
-                                                           {JackProperty::Subwoofer, u"20"}};
-  for (const auto& [property, number] : names) {
-    const JackValue value{property, 0x01020304};
-    EXPECT_EQ(ReadJackValue(registry, u"{G}", property), std::nullopt);
-    EXPECT_TRUE(WriteJackValues(registry, u"{G}", {&value, 1}));
-    EXPECT_EQ(ReadJackValue(registry, u"{G}", property), 0x01020304U);
-    std::u16string name = u"{1496451E-75E5-484F-9914-A9F246BC960F},";
-    name += number;
-    EXPECT_EQ(support::GetValue(registry, key, name),
-              (support::StoredValue{RegistryType::Dword, "\x04\x03\x02\x01"}));
-    for (const auto& [type, bytes] :
-         {std::pair(RegistryType::Binary, "1234"), std::pair(RegistryType::Dword, "123")}) {
-      support::PutValue(registry, key, name, type, bytes);
-      EXPECT_EQ(ReadJackValue(registry, u"{G}", property), std::nullopt);
-    }
-  }
-}
-
 TEST(EndpointNotifiers, TellOnceWhatWaitsTwiceAndNobodyWhoHasLeft) {
   const EndpointReport first{EndpointReportKind::Added, u"a"};
   const EndpointReport second{EndpointReportKind::Added, u"b"};
@@ -248,34 +219,6 @@ TEST(EndpointNotifiers, TellOnceWhatWaitsTwiceAndNobodyWhoHasLeft) {
   EXPECT_EQ(staying.Reports(), (std::vector{first, second}));
   EXPECT_TRUE(leaving.Reports().empty());
   EXPECT_EQ(notifier.Unregister(staying), HResult::Ok);
-}
-
-TEST(DeviceLists, TellTheirPropertiesAsThePlatformStoresThem) {
-  std::vector<DeviceRecord> records(2);
-  records[0].hardwareIds = {u"A", u"", u"BC"};
-  records[0].description = std::u16string(1, u'D');
-  records[1].status = DeviceRecord::Status::QueryFails;
-  const DeviceList devices(records);
-  std::array<char16_t, 6> text{};
-  std::uint32_t needed = 0;
-  const auto read = [&](std::uint32_t index, DeviceProperty property, std::size_t size = 6) {
-    return devices.ReadProperty(index, property, std::span(text).first(size), &needed);
-  };
-  EXPECT_EQ(read(0, DeviceProperty::HardwareId), DevicePropertyStatus::Success);
-  EXPECT_EQ(std::u16string(text.data(), 6), std::u16string(u"A\0BC\0\0", 6));
-  EXPECT_EQ(needed, 12U);
-  EXPECT_EQ(read(0, DeviceProperty::HardwareId, 5), DevicePropertyStatus::InsufficientBuffer);
-  EXPECT_EQ(read(0, DeviceProperty::DeviceDescription, 2), DevicePropertyStatus::Success);
-  EXPECT_EQ(needed, 4U);
-  for (const DeviceProperty missing : {DeviceProperty::Class, DeviceProperty::ClassGuid}) {
-    EXPECT_EQ(read(0, missing), DevicePropertyStatus::Failure);
-  }
-  EXPECT_EQ(read(1, DeviceProperty::HardwareId), DevicePropertyStatus::Failure);
-  EXPECT_EQ(read(2, DeviceProperty::HardwareId), DevicePropertyStatus::Failure);
-  EXPECT_TRUE(devices.QueryStatus(0));
-  EXPECT_FALSE(devices.QueryStatus(1));
-  EXPECT_TRUE(devices.HasDevice(1));
-  EXPECT_FALSE(devices.HasDevice(2));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The backend on a real audio server that comes, goes, hangs and plays.
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <chrono>
 #include <ctime>
 #include <thread>
@@ -73,7 +74,10 @@ class PulseDevicesTest : public testing::Test {
   void TearDown() override { devices_.CreateEnumerator()->UnregisterCallback(sink_); }
 
   PulseDaemon daemon_{{"first", "second"}};
-  platform::PulseAudioDevices devices_{{}, daemon_.Server()};
+  std::atomic<std::size_t> published_ = 0;
+  platform::PulseAudioDevices devices_{
+      [this](const platform::PulseState& state) { published_ = state.sinks.size(); },
+      daemon_.Server()};
   RecordingSink sink_;
 };
 
@@ -166,6 +170,7 @@ TEST_F(PulseDevicesTest, NewSinksAreReportedWithTheirProperties) {
   Register();
   daemon_.AddSink("third", "Third");
   EXPECT_TRUE(sink_.WaitFor({Kind::Added, IdOf("third")}, 10s));
+  EXPECT_EQ(published_, 3U) << "before anybody is told";
   const auto endpoints = devices_.CreateEnumerator()->EnumerateEndpoints(DataFlow::Render, 1);
   ASSERT_EQ(endpoints->Count(), 3U);
   EXPECT_EQ(endpoints->Item(2)->OpenPropertyStore()->GetString(
