@@ -39,9 +39,6 @@ as() { (become "$@"); }
 write() { as "$1" regtool add "$key\\2" /v "$2" /t REG_BINARY /d "$3" /f; }
 read_back() { as "$1" regtool query "$key\\2" /v "$2" | awk '/REG_BINARY/ { print $3 }'; }
 
-# For ten seconds.
-soon() { timeout 10 sh -c 'until "$@"; do sleep 0.05; done' sh "$@"; }
-
 # Every one of them reads what every other wrote last.
 everybody_edits() {
   local writer reader number=0
@@ -60,49 +57,6 @@ folder_is_open() {
   for file in "$TONALYX_ROOT"/registry.*; do
     is "666 ${file##*/}" "$(stat -c %a "$file") ${file##*/}"
   done
-}
-
-# serve USER NAME OPTION...: the user's engine begins to wait; its number is then in $service and
-# what it prints in $work/NAME.
-serve() {
-  local user=$1 name=$2
-  shift 2
-  become "$user" enginemon "$@" >"$work/$name" 2>&1 &
-  service=$!
-  trap 'kill "$service"' EXIT
-  soon grep -q ready "$work/$name" || { cat "$work/$name"; return 1; }
-}
-
-end_service() {
-  trap - EXIT
-  kill "$service"
-  wait "$service"
-}
-
-# While a user holds the store open, its companion files exist and belong to whoever came first.
-companions_are_shared() {
-  local first=$1
-  shift
-  serve "$first" "companions.$first" --endpoint "{$endpoint}" --values
-  test -e "$TONALYX_ROOT/registry.db-wal"
-  folder_is_open
-  everybody_edits "$@"
-  end_service
-}
-
-# The change and the event that wakes the engine, as the panel makes them.
-service_hears() {
-  local engine=$1 user=$2 value=$3 printed=$4
-  local fifo="$TONALYX_ROOT/events/Global%5CVelsonaGFXPropEvent{$endpoint}"
-  serve "$engine" "service.$engine" --endpoint "{$endpoint}" --values
-  is "666 fifo" "$(stat -c '%a %F' "$fifo")"
-  is 777 "$(stat -c %a "$TONALYX_ROOT/events")"
-  write "$user" Param5 "$value"
-  # shellcheck disable=SC2016
-  as "$user" sh -c 'printf "\1\0\0\0\0\0\0\0" >"$1"' sh "$fifo"
-  soon grep -q "Param5 $printed\$" "$work/service.$engine" ||
-    { cat "$work/service.$engine"; return 1; }
-  end_service
 }
 
 # The panel's own start: the lock is each user's, the log everybody's.
@@ -155,13 +109,6 @@ mkdir "$TONALYX_ROOT"
 chmod 777 "$TONALYX_ROOT"
 expect "two users and the system edit one store" everybody_edits $anna $bert $root
 expect "folder and files are open to everyone" folder_is_open
-for first in $anna $root; do
-  expect "user $first holds the store open, the others edit it" \
-    companions_are_shared "$first" $bert $anna $root
-done
-
-expect "a user's edit reaches the system's service" service_hears $root $anna 0000803F 1
-expect "a user's edit reaches another user's service" service_hears $bert $anna 00000040 2
 
 export TONALYX_LAPTOP=$work/laptop.json
 (umask 022 && "$work/bin/laptopctl" "$TONALYX_LAPTOP" new standard)
