@@ -1,14 +1,10 @@
 // The folder that everything lies in, and text.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <thread>
 
 #include "platform/linux/files/state_folder.h"
 #include "platform/text.h"
@@ -62,36 +58,6 @@ TEST(StateFolderTest, IsOpenToEveryoneAndItsParentsAreNot) {
   EXPECT_TRUE(MakeStateFolder(folder)) << "it is there already";
   EXPECT_EQ(fs::status(folder).permissions(), fs::perms(0700));
   EXPECT_FALSE(MakeStateFolder("/dev/null/folder"));
-}
-
-// In a folder where everyone may write, whoever waits for the new one can put a link in its place.
-TEST(StateFolderTest, IsOpenedToEveryoneThroughNoLink) {
-  const support::TemporaryFolder temporary;
-  const fs::path folder = temporary.Path() / "events";
-  const fs::path trap = temporary.Path() / "trap";
-  const fs::path victim = temporary.Path() / "victim";
-  fs::create_directory(victim);
-  fs::permissions(victim, fs::perms::owner_all);
-  std::atomic<bool> isEnding = false;
-  std::atomic<int> swaps = 0;
-  std::thread attacker([&] {
-    while (!isEnding) {
-      remove(trap.c_str());
-      if (symlink(victim.c_str(), trap.c_str()) != 0) continue;
-      while (!isEnding &&
-             renameat2(AT_FDCWD, trap.c_str(), AT_FDCWD, folder.c_str(), RENAME_EXCHANGE) != 0) {
-      }
-      ++swaps;
-    }
-  });
-  const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(3);
-  while (swaps < 300 && std::chrono::steady_clock::now() < latest) {
-    static_cast<void>(MakeStateFolder(folder));
-    remove(folder.c_str());
-  }
-  isEnding = true;
-  attacker.join();
-  EXPECT_EQ(fs::status(victim).permissions(), fs::perms::owner_all);
 }
 
 TEST(TextTest, Utf8AndBack) {

@@ -141,10 +141,5 @@ TEST_F(PosixFilesTest, MakesTheLogsFolderWithTheLogAndNoOtherAndFollowsLinksButT
   EXPECT_EQ(files_.CreateNew(log), nullptr);
 }
 
-TEST_F(PosixFilesTest, NamesTheFolderInWhichTheProgramReallyLies) {
-  EXPECT_EQ(ToUtf8(files_.ProgramFolder()),
-            (fs::canonical("/proc/self/exe").parent_path() / "").native());
-}
-
 }  // namespace
 }  // namespace platform

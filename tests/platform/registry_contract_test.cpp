@@ -325,16 +325,16 @@ TEST_P(RegistryContract, EveryHandleIsArmedByItself) {
   WakeEvent unused;
   const auto first = Open(u"k");
   auto second = Open(u"k");
-  for (int round = 0; round < 2; ++round) {
+  const auto arm = [&] {
     ASSERT_EQ(first->NotifyChange(wake_), kSuccess);
     ASSERT_EQ(second->NotifyChange(secondWake), kSuccess);
-    // Arming an armed key changes nothing.
-    ASSERT_EQ(first->NotifyChange(unused), kSuccess);
-    if (round == 1) break;
-    SetBytes(*writer, u"v", "1");
-    EXPECT_TRUE(IsWoken(wake_));
-    EXPECT_TRUE(IsWoken(secondWake));
-  }
+    ASSERT_EQ(first->NotifyChange(unused), kSuccess) << "arming an armed key changes nothing";
+  };
+  arm();
+  SetBytes(*writer, u"v", "1");
+  EXPECT_TRUE(IsWoken(wake_));
+  EXPECT_TRUE(IsWoken(secondWake));
+  arm();
   second.reset();
   EXPECT_TRUE(StaysAsleep(secondWake)) << "closing woke";
   SetBytes(*writer, u"v", "2");

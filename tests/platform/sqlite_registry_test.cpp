@@ -3,7 +3,6 @@
 #include "platform/linux/registry/sqlite_registry.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -122,33 +121,32 @@ TEST_F(SqliteRegistryTest, ScopesShowAndHandOnOneState) {
   EXPECT_EQ(GetBytes(*theirs, u"a"), "2");
 }
 
-TEST_F(SqliteRegistryTest, ChangesThatNobodyToldAreNoticed) {
-  const auto key = Create(first_);
-  for (int round = 0; round < 5; ++round) {
-    ASSERT_EQ(key->NotifyChange(wake_), kSuccess);
-    Execute("UPDATE registry_key SET changes = changes + 1 WHERE folded = 'K'");
-    ASSERT_TRUE(wake_.WaitFor(seconds(5)));
-  }
-}
-
 TEST_F(SqliteRegistryTest, AnotherWritersLockIsWaitedForWithinBounds) {
   const auto key = Create(first_);
   ASSERT_EQ(SetBytes(*key, u"a", "before"), kSuccess);
   const auto theirs = Open(second_);
   auto holding = second_.BeginWrite();
   ASSERT_EQ(SetBytes(*theirs, u"c", "theirs"), kSuccess);
-  const auto start = steady_clock::now();
   {
     const auto scope = first_.BeginWrite();
+    const auto start = steady_clock::now();
     EXPECT_EQ(SetBytes(*key, u"a", "1"), RegistryStatus::WriteFault);
+    EXPECT_GT(steady_clock::now() - start, seconds(1));
+    EXPECT_LT(steady_clock::now() - start, seconds(20));
     EXPECT_EQ(GetBytes(*key, u"a"), "before");
     holding.reset();
     EXPECT_EQ(SetBytes(*key, u"b", "1"), RegistryStatus::WriteFault) << "a half of the scope";
     EXPECT_EQ(scope->Commit(), RegistryStatus::WriteFault);
   }
-  EXPECT_GT(steady_clock::now() - start, seconds(1));
-  EXPECT_LT(steady_clock::now() - start, seconds(20));
   EXPECT_EQ(SetBytes(*key, u"a", "after"), kSuccess);
+  holding = second_.BeginWrite();
+  ASSERT_EQ(SetBytes(*theirs, u"c", "theirs"), kSuccess);
+  EXPECT_EQ(SetBytes(*key, u"a", "1"), RegistryStatus::WriteFault);
+  const auto start = steady_clock::now();
+  for (int edit = 0; edit < 10; ++edit) {
+    EXPECT_EQ(SetBytes(*key, u"a", "1"), RegistryStatus::WriteFault);
+  }
+  EXPECT_LT(steady_clock::now() - start, seconds(1)) << "whoever holds it on is waited for once";
 }
 
 TEST_F(SqliteRegistryTest, WriteScopesThatEndWithoutCommitUndoTheirWrites) {
@@ -168,38 +166,6 @@ TEST_F(SqliteRegistryTest, WriteScopesThatEndWithoutCommitUndoTheirWrites) {
   }
   EXPECT_EQ(GetBytes(*key, u"a"), "before");
   EXPECT_EQ(SetBytes(*key, u"a", "after"), kSuccess);
-}
-
-TEST_F(SqliteRegistryTest, AStoppedProcesssLockIsWaitedForOnce) {
-  // Made before there is a database that the two would share.
-  support::ForkedProcess holder([&](const support::Line& parent) {
-    while (parent.Hear() == 'b') {
-      SqliteRegistry registry(folder_);
-      auto scope = registry.BeginWrite();
-      SetBytes(*Open(registry), u"b", "1");
-      parent.Say('b');
-      parent.Hear();
-      scope.reset();
-      parent.Say('c');
-    }
-  });
-  const auto key = Create(first_);
-  const auto write = [&] { return SetBytes(*key, u"a", "1"); };
-  for (int round = 0; round < 2; ++round) {
-    holder.Talk().Say('b');
-    ASSERT_EQ(holder.Talk().Hear(), 'b');
-    holder.Stop();
-    const auto start = steady_clock::now();
-    EXPECT_EQ(write(), RegistryStatus::WriteFault);
-    const auto second = steady_clock::now();
-    EXPECT_GT(second - start, seconds(1));
-    for (int edit = 0; edit < 10; ++edit) EXPECT_EQ(write(), RegistryStatus::WriteFault);
-    EXPECT_LT(steady_clock::now() - second, seconds(1));
-    holder.Signal(SIGCONT);
-    holder.Talk().Say('c');
-    ASSERT_EQ(holder.Talk().Hear(), 'c');
-    EXPECT_EQ(write(), kSuccess);
-  }
 }
 
 TEST_F(SqliteRegistryTest, AStoreThatIsTakenAwayIsNotWrittenOn) {
