@@ -7,10 +7,11 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "platform/text.h"
-#include "tests/platform/window_fixture.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/x11_desktop.h"
 
 namespace platform {
 namespace {
@@ -60,29 +61,6 @@ TEST(MessageBoxes, KeysAnswerAndAQuestionCannotBeDismissed) {
                      }),
               each.answer);
   }
-}
-
-TEST(MessageBoxes, BoxBelongsToItsOwner) {
-  constexpr std::uint32_t kAsk = message::kUser + 60;
-  NotingDialog owner;
-  owner.onMessage[kAsk] = [&] {
-    EXPECT_EQ(ActiveWindow(), owner.Handle());
-    ShowMessageBox(owner.Handle(), u"Text", u"Owned box", MessageBoxKind::Exclamation);
-  };
-  owner.RunWithHands([&](X11Desktop& desktop) {
-    WaitActive(desktop, "Test dialog");
-    ASSERT_TRUE(owner.log.WaitFor("first: paint"));
-    PostToWindow(owner.Handle(), kAsk, 0, 0);
-    WaitActive(desktop, "Owned box");
-    const Point blocked = owner.first.ClientToScreen({3, 3});
-    desktop.Click(blocked.x, blocked.y);
-    // The window manager holds the click back for a moment; keys would overtake it.
-    std::this_thread::sleep_for(milliseconds(150));
-    WaitActive(desktop, "Owned box");
-    desktop.PressKey("Return");
-    EXPECT_TRUE(desktop.WaitUntilGone("Owned box", seconds(5)));
-  });
-  EXPECT_EQ(owner.log.Count("first: down 3,3"), 0);
 }
 
 TEST(FileDialogs, SaveAppendsTheExtensionAndAsksBeforeItOverwritesAndEscapeCancels) {

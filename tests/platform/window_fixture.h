@@ -135,7 +135,6 @@ class NotingDialog : public Dialog {
   std::u16string title = u"Test dialog";
   std::function<void()> onInit = [] {};
   std::map<std::uint32_t, std::function<void()>> onMessage;  // and timers by kTimer
-  std::function<HitTest(Point)> onHitTest = [](Point) { return HitTest::Client; };
   Size erasedSize;
 
  protected:
@@ -160,8 +159,6 @@ class NotingDialog : public Dialog {
       case message::kPaint:
         log.Add("dialog: paint");
         return 0;
-      case message::kNonClientHitTest:
-        return static_cast<LResult>(onHitTest(PointFromLParam(lParam)));
       case message::kCommand:
         log.Add("dialog: command " + std::to_string(LowWord(wParam)));
         return Dialog::WindowProc(message, wParam, lParam);

@@ -59,8 +59,6 @@ class ForkedProcess {
 
   Line Talk() const { return Line(sockets_[0]); }
 
-  void Signal(int signal) const { kill(pid_, signal); }
-
   // Returns when the child stands still; it does so a moment after the signal.
   void Stop() const {
     kill(pid_, SIGSTOP);

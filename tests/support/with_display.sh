@@ -6,10 +6,6 @@
 # its status. Nothing of the person's own desktop settings takes part.
 set -u
 
-if [ $# -lt 2 ]; then
-  echo "usage: $0 DPI COMMAND [ARGUMENT...]" >&2
-  exit 2
-fi
 dpi=$1
 shift
 

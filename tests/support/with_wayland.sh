@@ -6,10 +6,6 @@
 # ends, and exits with its status. Nothing of the person's own desktop settings takes part.
 set -u
 
-if [ $# -lt 2 ]; then
-  echo "usage: $0 SCALE COMMAND [ARGUMENT...]" >&2
-  exit 2
-fi
 scale=$1
 shift
 

@@ -218,12 +218,6 @@ void X11Desktop::PressKeyAtOnce(const std::string& key) {
   impl_->Key(XStringToKeysym(key.substr(isAlt ? 4 : 0).c_str()), isAlt ? XK_Alt_L : NoSymbol);
 }
 
-void X11Desktop::HoldKey(const std::string& key, bool down) {
-  const KeyCode code = XKeysymToKeycode(impl_->display, XStringToKeysym(key.c_str()));
-  XTestFakeKeyEvent(impl_->display, code, down ? True : False, 0);
-  XSync(impl_->display, False);
-}
-
 void X11Desktop::Type(const std::string& text) {
   for (const char letter : text) {
     const bool capital = letter >= 'A' && letter <= 'Z';

@@ -64,8 +64,6 @@ class X11Desktop {
   void PressKey(const std::string& key);
   // The same without giving the keyboard time to follow a window.
   void PressKeyAtOnce(const std::string& key);
-  // Presses the key and keeps it down, or lets it go.
-  void HoldKey(const std::string& key, bool down);
   void Type(const std::string& text);
 
   // 0xRRGGBB at a screen position.
