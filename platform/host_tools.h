@@ -1,8 +1,10 @@
 // What a command-line program asks of the platform that it was built for.
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/event_listener.h"
@@ -12,6 +14,9 @@ namespace platform {
 
 // The arguments after the program's name, in UTF-8.
 std::vector<std::string> CommandLineArguments(int argc, char** argv);
+
+// An argument that names a file, as the system's own calls take it.
+std::filesystem::path ArgumentPath(std::string_view argument);
 
 // The machine's store, as Host has it. Opening writes nothing; not null.
 std::unique_ptr<Registry> OpenHostRegistry();

@@ -16,12 +16,6 @@ std::optional<std::vector<std::u16string_view>> SplitRegistryPath(std::u16string
   }
 }
 
-// These registries leave permissions to the file system and keep the text for those who ask for it,
-// so nothing in it is looked at but that it is a list.
-bool IsAccessList(std::u16string_view sddl) {
-  return sddl.starts_with(u"D:");
-}
-
 RegistryStatus CopyRegistryValue(std::span<const std::byte> value, void* data,
                                  std::uint32_t* size) {
   if (size == nullptr) {

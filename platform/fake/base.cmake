@@ -4,4 +4,4 @@ tonalyx_library(tonalyx_fake_base
     ${CMAKE_CURRENT_LIST_DIR}/fake_events.cpp
     ${CMAKE_CURRENT_LIST_DIR}/fake_files.cpp
   LIBS tonalyx_platform
-  PRIVATE_LIBS tonalyx_platform_linux_core)
+  PRIVATE_LIBS tonalyx_backend)

@@ -12,6 +12,10 @@ std::vector<std::string> CommandLineArguments(int argc, char** argv) {
   return {argv + (argc > 0 ? 1 : 0), argv + argc};
 }
 
+std::filesystem::path ArgumentPath(std::string_view argument) {
+  return argument;
+}
+
 std::unique_ptr<Registry> OpenHostRegistry() {
   return std::make_unique<SqliteRegistry>(StateFolder());
 }

@@ -1,6 +1,9 @@
 // Notices that a file is replaced, written or removed.
 #pragma once
 
+#include <filesystem>
+#include <memory>
+
 namespace platform {
 
 class FileWatcher {
@@ -17,5 +20,8 @@ class FileWatcher {
   // Ends the running and every later wait. Any thread.
   virtual void Interrupt() = 0;
 };
+
+// The backend's own; the file need not exist yet, its folder has to.
+std::unique_ptr<FileWatcher> MakeFileWatcher(const std::filesystem::path& file);
 
 }  // namespace platform

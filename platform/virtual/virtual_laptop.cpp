@@ -23,6 +23,12 @@ LaptopFile BareMachine() {
   return laptop;
 }
 
+// For reports: in UTF-8 whatever the system's own form is.
+std::string NameOf(const std::filesystem::path& file) {
+  const std::u8string name = file.u8string();
+  return {name.begin(), name.end()};
+}
+
 }  // namespace
 
 VirtualLaptop::VirtualLaptop(std::filesystem::path file, ReportLine report)
@@ -31,13 +37,13 @@ VirtualLaptop::VirtualLaptop(std::filesystem::path file, ReportLine report)
 LaptopFile VirtualLaptop::Read() {
   const std::optional<std::string> text = ReadWhole(file_);
   if (!text) {
-    Report(file_.string() + ": cannot be read");
+    Report(NameOf(file_) + ": cannot be read");
     return BareMachine();
   }
   LaptopFileError error;
   std::optional<LaptopFile> laptop = ParseLaptopFile(*text, &error);
   if (!laptop) {
-    Report(file_.string() + ":" + std::to_string(error.line) + ":" + std::to_string(error.column) +
+    Report(NameOf(file_) + ":" + std::to_string(error.line) + ":" + std::to_string(error.column) +
            ": " + error.message);
     return BareMachine();
   }

@@ -5,7 +5,6 @@
 #include <fstream>
 
 #include "platform/fake/fake_audio_devices.h"
-#include "platform/linux/files/inotify_file_watcher.h"
 #include "platform/virtual/laptop_file.h"
 #include "platform/virtual/virtual_audio_devices.h"
 #include "tests/audio/audio_machines.h"
@@ -75,8 +74,7 @@ class VirtualMachine : public AudioMachine {
   const std::filesystem::path path_ = folder_.Path() / "laptop.json";
   platform::LaptopFile file_;
   platform::VirtualLaptop laptop_{path_, [](std::string_view line) { ADD_FAILURE() << line; }};
-  platform::VirtualAudioDevices devices_{laptop_,
-                                         std::make_unique<platform::InotifyFileWatcher>(path_)};
+  platform::VirtualAudioDevices devices_{laptop_, platform::MakeFileWatcher(path_)};
 };
 
 }  // namespace

@@ -1,10 +1,8 @@
 // A folder of a test's own, removed with everything in it at the end.
 #pragma once
 
-#include <stdlib.h>
-
 #include <filesystem>
-#include <stdexcept>
+#include <random>
 #include <string>
 #include <system_error>
 
@@ -13,9 +11,11 @@ namespace support {
 class TemporaryFolder {
  public:
   TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tonalyx-test-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    path_ = name;
+    std::random_device random;
+    do {
+      path_ = std::filesystem::temp_directory_path() / ("tonalyx-test-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
+    std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
   }
   ~TemporaryFolder() {
     std::error_code ignored;

@@ -1,2 +1,3 @@
 tonalyx_test(replace_file_test
-  SOURCES ${CMAKE_CURRENT_LIST_DIR}/replace_file_test.cpp ${CMAKE_SOURCE_DIR}/tools/shared/replace_file.cpp)
+  SOURCES ${CMAKE_CURRENT_LIST_DIR}/replace_file_test.cpp
+  LIBS tonalyx_backend)

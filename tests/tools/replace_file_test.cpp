@@ -1,4 +1,4 @@
-#include "tools/shared/replace_file.h"
+#include "platform/replace_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -8,7 +8,7 @@
 
 #include "tests/support/temporary_folder.h"
 
-namespace tools {
+namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
@@ -27,7 +27,7 @@ class ReplaceFileTest : public testing::Test {
 
 TEST_F(ReplaceFileTest, LeavesNothingButTheFileWithTheUmasksMode) {
   const mode_t before = umask(0027);
-  EXPECT_TRUE(ReplaceFile(target_, "new"));
+  EXPECT_TRUE(ReplaceWholeFile(target_, "new"));
   umask(before);
   EXPECT_EQ(Contents(target_), "new");
   EXPECT_EQ(static_cast<unsigned>(fs::status(target_).permissions()), 0640U);
@@ -39,7 +39,7 @@ TEST_F(ReplaceFileTest, WritesThroughNoLink) {
   for (const fs::path& trap : {fresh_, target_}) {
     std::ofstream(victim) << "precious";
     fs::create_symlink(victim, trap);
-    EXPECT_TRUE(ReplaceFile(target_, "new"));
+    EXPECT_TRUE(ReplaceWholeFile(target_, "new"));
     EXPECT_EQ(Contents(victim), "precious");
     EXPECT_FALSE(fs::is_symlink(target_));
     EXPECT_EQ(Contents(target_), "new");
@@ -49,13 +49,13 @@ TEST_F(ReplaceFileTest, WritesThroughNoLink) {
 
 TEST_F(ReplaceFileTest, LeavesNothingWhereSomethingIsInTheWay) {
   fs::create_directory(fresh_);
-  EXPECT_FALSE(ReplaceFile(target_, "new"));
+  EXPECT_FALSE(ReplaceWholeFile(target_, "new"));
   EXPECT_FALSE(fs::exists(target_));
   fs::remove(fresh_);
   fs::create_directories(target_ / "full");
-  EXPECT_FALSE(ReplaceFile(target_, "new"));
+  EXPECT_FALSE(ReplaceWholeFile(target_, "new"));
   EXPECT_FALSE(fs::exists(fresh_));
 }
 
 }  // namespace
-}  // namespace tools
+}  // namespace platform

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <fstream>
 
-#include "platform/linux/files/inotify_file_watcher.h"
 #include "platform/virtual/laptop_file.h"
 #include "platform/virtual/virtual_audio_devices.h"
 #include "platform/virtual/virtual_device_setup.h"
@@ -52,7 +51,7 @@ class VirtualLaptopTest : public testing::Test {
   const std::filesystem::path path_ = folder_.Path() / "laptop.json";
   std::vector<std::string> lines_;
   VirtualLaptop laptop_{path_, [this](std::string_view line) { lines_.emplace_back(line); }};
-  VirtualAudioDevices audio_{laptop_, std::make_unique<InotifyFileWatcher>(path_)};
+  VirtualAudioDevices audio_{laptop_, MakeFileWatcher(path_)};
   VirtualDeviceSetup setup_{laptop_};
   RecordingSink sink_;
 };

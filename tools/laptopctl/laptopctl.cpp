@@ -13,10 +13,10 @@
 #include <vector>
 
 #include "platform/host_tools.h"
+#include "platform/replace_file.h"
 #include "platform/text.h"
 #include "platform/virtual/laptop_file.h"
 #include "tools/laptopctl/laptop_kinds.h"
-#include "tools/shared/replace_file.h"
 
 namespace {
 
@@ -57,7 +57,7 @@ struct OpenLaptop {
 };
 
 std::optional<OpenLaptop> Open(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
+  std::ifstream stream(platform::ArgumentPath(file), std::ios::binary);
   OpenLaptop open;
   open.text.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
   if (!stream.is_open() || stream.bad()) {
@@ -76,7 +76,8 @@ std::optional<OpenLaptop> Open(const std::string& file) {
 }
 
 int ReplaceOrFail(const std::string& file, const std::string& text) {
-  return tools::ReplaceFile(file, text) ? kDone : Fail(file + ": cannot be written");
+  if (platform::ReplaceWholeFile(platform::ArgumentPath(file), text)) return kDone;
+  return Fail(file + ": cannot be written");
 }
 
 std::optional<std::size_t> IndexOf(const platform::LaptopFile& laptop, const std::string& id) {

@@ -11,7 +11,8 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/shared/replace_file.h"
+#include "platform/host_tools.h"
+#include "platform/replace_file.h"
 #include "tools/vtdmake/json_source.h"
 #include "tools/vtdmake/tuning_description.h"
 #include "tools/vtdmake/tuning_encoding.h"
@@ -28,7 +29,7 @@ int Fail(const std::string& message) {
   return EXIT_FAILURE;
 }
 
-std::optional<std::string> ReadFile(const std::filesystem::path& path) {
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file || std::filesystem::is_directory(path)) return std::nullopt;
   std::string text{std::istreambuf_iterator<char>(file), {}};
@@ -37,11 +38,12 @@ std::optional<std::string> ReadFile(const std::filesystem::path& path) {
 }
 
 int Run(const std::string& source, const std::string& target) {
-  const std::optional<std::string> text = ReadFile(source);
+  const std::optional<std::string> text = ReadWholeFile(platform::ArgumentPath(source));
   if (!text) return Fail("vtdmake: cannot read " + source);
   try {
     const tools::JsonNode tree = tools::ParseJson(*text);
-    if (!tools::ReplaceFile(target, tools::EncodeTuning(tools::DescribeTuning(tree)))) {
+    if (!platform::ReplaceWholeFile(platform::ArgumentPath(target),
+                                    tools::EncodeTuning(tools::DescribeTuning(tree)))) {
       return Fail("vtdmake: cannot write " + target);
     }
   } catch (const tools::SourceError& error) {
@@ -56,7 +58,7 @@ int Run(const std::string& source, const std::string& target) {
 
 int main(int argc, char** argv) {
   try {
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const std::vector<std::string> arguments = platform::CommandLineArguments(argc, argv);
     if (arguments.size() == 1 && arguments[0] == "--help") {
       std::cout << kUsage;
       return EXIT_SUCCESS;

@@ -90,4 +90,8 @@ bool InotifyFileWatcher::DrainChanges() {
   }
 }
 
+std::unique_ptr<FileWatcher> MakeFileWatcher(const std::filesystem::path& file) {
+  return std::make_unique<InotifyFileWatcher>(file);
+}
+
 }  // namespace platform

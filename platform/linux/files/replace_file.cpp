@@ -1,19 +1,20 @@
-#include "tools/shared/replace_file.h"
+#include "platform/replace_file.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <string>
 
 #include "platform/linux/files/file_descriptor.h"
 
-namespace tools {
+namespace platform {
 namespace {
 
 constexpr mode_t kFileMode = 0666;  // the umask's to cut
 
-bool WriteAll(const platform::FileDescriptor& file, std::string_view bytes) {
+bool WriteAll(const FileDescriptor& file, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = write(file.Get(), bytes.data(), bytes.size());
     if (count >= 0) {
@@ -27,12 +28,12 @@ bool WriteAll(const platform::FileDescriptor& file, std::string_view bytes) {
 
 }  // namespace
 
-bool ReplaceFile(const std::string& path, std::string_view bytes) {
-  const std::string fresh = path + "." + std::to_string(getpid());
+bool ReplaceWholeFile(const std::filesystem::path& path, std::string_view bytes) {
+  const std::string fresh = path.native() + "." + std::to_string(getpid());
   // Where others may write too, a file or a link may lie in wait under a name that can be guessed:
   // it is taken away or in the way, but never written to.
   unlink(fresh.c_str());
-  const platform::FileDescriptor file(
+  const FileDescriptor file(
       open(fresh.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kFileMode));
   if (!file.IsOpen()) return false;
   if (WriteAll(file, bytes) && std::rename(fresh.c_str(), path.c_str()) == 0) return true;
@@ -40,4 +41,4 @@ bool ReplaceFile(const std::string& path, std::string_view bytes) {
   return false;
 }
 
-}  // namespace tools
+}  // namespace platform
