@@ -24,8 +24,15 @@ add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wall> $<$<COMPILE_LANGUAGE:CXX>:-
 # addresses that differ from start to start, tables of addresses and the stack that nobody can
 # rewrite or run. Everything here is linked into programs, so code need not suit a shared library,
 # which would cost inlining.
-add_compile_options(-fstack-protector-strong -fPIE)
-add_link_options(-pie LINKER:-z,relro,-z,now,-z,noexecstack)
+add_compile_options(-fstack-protector-strong)
+if(WIN32)
+  # Programs that bring along all they need but the system.
+  add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00)
+  add_link_options(-static -fstack-protector-strong LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
+else()
+  add_compile_options(-fPIE)
+  add_link_options(-pie LINKER:-z,relro,-z,now,-z,noexecstack)
+endif()
 if(TONALYX_SANITIZE)
   add_compile_options(-fsanitize=${TONALYX_SANITIZE} -fno-omit-frame-pointer
     -fno-sanitize-recover=all)

@@ -2,7 +2,8 @@
 # GoogleTest program, registered with CTest under its name. Label "unit" (the default) runs anywhere;
 # "display" runs on an X server of its own with window manager and compositor, at DPI (default 96);
 # "audio" starts an audio server of its own; "faults" makes real faults, some of them as root. The
-# runner's command line goes before the program's.
+# runner's command line goes before the program's. What is built for another system is run by the
+# toolchain's emulator.
 find_package(GTest REQUIRED)
 
 function(tonalyx_test name)
@@ -24,7 +25,9 @@ function(tonalyx_test name)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
 
   set(runner "")
-  if("display" IN_LIST ARG_LABELS)
+  if(CMAKE_CROSSCOMPILING)
+    set(runner ${CMAKE_CROSSCOMPILING_EMULATOR})
+  elseif("display" IN_LIST ARG_LABELS)
     set(runner ${CMAKE_SOURCE_DIR}/tests/support/with_display.sh ${ARG_DPI})
   endif()
   add_test(NAME ${name} COMMAND ${runner} ${ARG_RUNNER} $<TARGET_FILE:${name}>)
