@@ -15,7 +15,7 @@ char32_t MapCase(char32_t point, DWORD map) {
     count = 2;
   }
   wchar_t mapped[2] = {};
-  if (LCMapStringEx(LOCALE_NAME_INVARIANT, map, units, count, mapped, count, nullptr, nullptr, 0) !=
+  if (LCMapStringEx(LOCALE_NAME_INVARIANT, map | LCMAP_LINGUISTIC_CASING, units, count, mapped, count, nullptr, nullptr, 0) !=
       count) {
     return point;
   }

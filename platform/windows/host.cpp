@@ -51,19 +51,18 @@ struct Host::Impl {
   std::optional<VirtualLaptop> laptop;
   std::unique_ptr<DeviceSetup> deviceSetup;
   std::unique_ptr<AudioDevices> audioDevices;
-  std::optional<Platform> platform;
 };
 
-Host::Host() : impl_(std::make_unique<Impl>()) {
-  impl_->platform.emplace(Platform{impl_->registry, impl_->events, impl_->files,
-                                   *impl_->deviceSetup, *impl_->audioDevices, impl_->singleInstance,
-                                   impl_->clock});
-}
+Host::Host()
+    : impl_(std::make_shared<Impl>()), platform_{impl_->registry,      impl_->events,
+                                                 impl_->files,         *impl_->deviceSetup,
+                                                 *impl_->audioDevices, impl_->singleInstance,
+                                                 impl_->clock,         impl_} {}
 
 Host::~Host() = default;
 
 Platform& Host::Get() {
-  return *impl_->platform;
+  return platform_;
 }
 
 }  // namespace platform

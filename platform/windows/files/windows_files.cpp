@@ -70,6 +70,10 @@ std::unique_ptr<File> WindowsFileSystem::OpenExisting(std::u16string_view path, 
   return Open(path, access == FileAccess::Read ? GENERIC_READ : FILE_APPEND_DATA, OPEN_EXISTING);
 }
 
+std::unique_ptr<File> WindowsFileSystem::CreateNew(std::u16string_view path) {
+  return Open(path, FILE_APPEND_DATA, CREATE_NEW);
+}
+
 std::unique_ptr<File> WindowsFileSystem::CreateAlways(std::u16string_view path) {
   return Open(path, GENERIC_WRITE, CREATE_ALWAYS);
 }

@@ -13,6 +13,7 @@ namespace platform {
 class WindowsFileSystem : public FileSystem {
  public:
   std::unique_ptr<File> OpenExisting(std::u16string_view path, FileAccess access) override;
+  std::unique_ptr<File> CreateNew(std::u16string_view path) override;
   std::unique_ptr<File> CreateAlways(std::u16string_view path) override;
   bool Remove(std::u16string_view path) override;
   std::u16string ProgramFolder() override;

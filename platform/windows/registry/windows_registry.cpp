@@ -30,6 +30,12 @@ std::unique_ptr<RegistryKey> Open(HKEY root, const wchar_t* path, RegistryAccess
   return std::make_unique<WindowsRegistryKey>(KeyHandle(key));
 }
 
+// Each write has counted by itself.
+class WriteScope : public RegistryWriteScope {
+ public:
+  RegistryStatus Commit() override { return RegistryStatus::Success; }
+};
+
 }  // namespace
 
 std::unique_ptr<RegistryKey> WindowsRegistry::OpenKey(RegistryRoot root, std::u16string_view path,
@@ -83,8 +89,8 @@ std::unique_ptr<RegistryScope> WindowsRegistry::BeginRead() {
   return std::make_unique<RegistryScope>();
 }
 
-std::unique_ptr<RegistryScope> WindowsRegistry::BeginWrite() {
-  return std::make_unique<RegistryScope>();
+std::unique_ptr<RegistryWriteScope> WindowsRegistry::BeginWrite() {
+  return std::make_unique<WriteScope>();
 }
 
 }  // namespace platform

@@ -19,7 +19,7 @@ class WindowsRegistry : public Registry {
                                          std::u16string_view sddl) override;
   RegistryStatus RemoveTree(RegistryRoot root, std::u16string_view path) override;
   std::unique_ptr<RegistryScope> BeginRead() override;
-  std::unique_ptr<RegistryScope> BeginWrite() override;
+  std::unique_ptr<RegistryWriteScope> BeginWrite() override;
 };
 
 }  // namespace platform
