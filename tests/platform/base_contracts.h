@@ -28,6 +28,7 @@ struct EventsBackend {
   virtual void EndEngine() = 0;
   // The names of the sets that the engine has received since the last call, in order.
   virtual std::vector<std::u16string> Received() = 0;
+  virtual bool KeepsTimes() const { return true; }
 };
 
 template <class Backend>

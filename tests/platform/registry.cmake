@@ -7,5 +7,6 @@ tonalyx_test(registry_test
 
 tonalyx_test(platform_core_test
   SOURCES
-    ${CMAKE_CURRENT_LIST_DIR}/core_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/state_folder_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/text_test.cpp
   LIBS tonalyx_platform_linux_core)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,6 +17,8 @@ struct RegistryBackend {
   std::string name;
   // One registry, empty at first, with what it lives on.
   std::function<std::shared_ptr<platform::Registry>()> make;
+  // What cannot be kept there: tests, or single promises, by name, with the reason.
+  std::map<std::string, std::string> lacks = {};
 };
 
 std::vector<RegistryBackend> RegistryBackends();
