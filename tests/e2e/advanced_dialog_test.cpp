@@ -1,19 +1,9 @@
-#include <gtest/gtest.h>
 #include <signal.h>
 
-#include <map>
-#include <thread>
-
-#include "tests/e2e/dialog_fixture.h"
+#include "tests/e2e/panel_fixture.h"
 
 namespace e2e {
 namespace {
-
-using std::chrono::milliseconds;
-using std::chrono::seconds;
-using support::Eventually;
-using support::ScreenPoint;
-using support::ScreenRect;
 
 constexpr int kFrequency = 120;  // of band 1, as stored; the other bands follow by 5
 constexpr int kGain = 121;

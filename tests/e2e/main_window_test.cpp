@@ -1,16 +1,10 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 
 #include "tests/e2e/panel_fixture.h"
 
 namespace e2e {
 namespace {
 
-using std::chrono::seconds;
-using support::Eventually;
-using support::ScreenRect;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 

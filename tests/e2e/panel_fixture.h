@@ -3,21 +3,42 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <memory>
-#include <optional>
+#include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "dsp/plot_mapping.h"
+#include "platform/linux/registry/sqlite_registry.h"
+#include "platform/text.h"
+#include "resources/templates.h"
 #include "tests/support/child_process.h"
+#include "tests/support/registry_tree.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/support/x11_desktop.h"
 
 namespace e2e {
 
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using support::Eventually;
+using support::ScreenPoint;
+using support::ScreenRect;
+
 inline const std::string kSpeakerKey = "{DFF21CE1-F70F-11D0-B917-00A0C9223196}";
 inline const std::string kHeadphoneKey = "{DFF21CE2-F70F-11D0-B917-00A0C9223196}";
 inline const std::string kSubwooferKey = "{765D256B-701A-44F8-BA7A-4A95AFA7C762}";
+inline const std::string kSettingsKey = "SOFTWARE\\Norvane\\Velsona\\Parameters\\";
+inline const std::string kDialogTitle = "Velsona";
 
 // A position in the skin's 96-DPI units.
 struct SkinPoint {
@@ -25,52 +46,266 @@ struct SkinPoint {
   double y;
 };
 
+// Words of TONALYX_PANEL_RUNNER: a program that runs the panel under its eyes.
+inline std::vector<std::string> Runner() {
+  const char* text = std::getenv("TONALYX_PANEL_RUNNER");
+  std::istringstream words(text == nullptr ? "" : text);
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
 class PanelTest : public testing::Test {
  protected:
-  PanelTest();
-  ~PanelTest() override;
+  PanelTest() {
+    environment_ = {{"TONALYX_ROOT", (folder_ / "state").string()},
+                    {"TONALYX_LAPTOP", laptopFile_.string()}};
+    std::filesystem::create_directory(folder_ / "program");
+    std::filesystem::copy(TONALYX_BIN_DIR "/tonalyx", folder_ / "program" / "tonalyx");
+  }
 
   // Makes the virtual laptop and imports the sample tuning with /init.
-  void UseLaptop(const std::string& kind);
-  void StartEngine();
-  void StartPanel();
+  void UseLaptop(const std::string& kind) {
+    Laptop({"new", kind});
+    const support::ProcessResult made =
+        Run("vtdmake", {TONALYX_SOURCE_DIR "/resources/samples/sample.json",
+                        (folder_ / "program" / "0.vtd").string()});
+    ASSERT_EQ(made.exitStatus, 0) << made.errors;
+    const support::ProcessResult installed = Run("tonalyx", {"/init"});
+    ASSERT_EQ(installed.exitStatus, 0) << installed.errors;
+  }
+  void StartEngine() {
+    engine_ = std::make_unique<support::ChildProcess>(
+        std::vector<std::string>{TONALYX_BIN_DIR "/enginemon"}, environment_);
+    ASSERT_EQ(engine_->ReadLine(seconds(5)), "ready");
+  }
+  void StartPanel() {
+    std::vector<std::string> command = Runner();
+    command.push_back((folder_ / "program" / "tonalyx").string());
+    panel_ = std::make_unique<support::ChildProcess>(command, environment_);
+    const auto window = desktop_.WaitForWindow("Tonalyx", seconds(30));
+    ASSERT_TRUE(window);
+    window_ = *window;
+    ParkPointer();
+  }
   // Presses the window's close element's key and waits for the end; the exit status.
-  int ClosePanel();
+  int ClosePanel() {
+    desktop_.RequestClose("Tonalyx");
+    return panel_->WaitForExit(seconds(5)).value_or(-1);
+  }
 
-  support::ProcessResult Run(const std::string& program, std::vector<std::string> arguments);
-  void Laptop(std::vector<std::string> arguments);
+  support::ProcessResult Run(const std::string& program, std::vector<std::string> arguments) {
+    const bool own = program == "tonalyx";
+    arguments.insert(arguments.begin(), own ? (folder_ / "program" / program).string()
+                                            : std::string(TONALYX_BIN_DIR "/") + program);
+    return support::RunProcess(arguments, environment_);
+  }
+  void Laptop(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), laptopFile_.string());
+    const support::ProcessResult result = Run("laptopctl", arguments);
+    ASSERT_EQ(result.exitStatus, 0) << result.errors;
+  }
 
   // The text of the route's "ActiveSetting"; empty when there is none.
-  std::string ActiveSetting(const std::string& pathKey);
-  void SetActiveSetting(const std::string& pathKey, const std::string& setting);
+  std::string ActiveSetting(const std::string& pathKey) {
+    const support::ProcessResult result =
+        Run("regtool",
+            {"query", "HKLM\\" + kSettingsKey + pathKey + "\\Settings", "/v", "ActiveSetting"});
+    const std::string start = "    ActiveSetting    REG_SZ    ";
+    const std::size_t found = result.output.find(start);
+    if (found == std::string::npos) return {};
+    const std::string rest = result.output.substr(found + start.size());
+    return rest.substr(0, rest.find('\n'));
+  }
+  void SetActiveSetting(const std::string& pathKey, const std::string& setting) {
+    const support::ProcessResult result =
+        Run("regtool", {"add", "HKLM\\" + kSettingsKey + pathKey + "\\Settings", "/v",
+                        "ActiveSetting", "/d", setting, "/f"});
+    ASSERT_EQ(result.exitStatus, 0) << result.errors;
+  }
 
   // Names of the events that the engine, if there is one, received since the last look.
-  std::vector<std::string> ReceivedEvents();
+  std::vector<std::string> ReceivedEvents() {
+    if (!engine_) return {};
+    return engine_->ReadLinesUntilQuiet(milliseconds(400));
+  }
   // What one change of the mode, or of parameters, must send to the active endpoints.
-  std::vector<std::string> ModeChangeEvents() const;
-  std::vector<std::string> ParameterChangeEvents() const;
-  std::vector<std::string> EndpointEvents(const std::vector<std::string>& kinds) const;
+  std::vector<std::string> ModeChangeEvents() const {
+    std::vector<std::string> names = EndpointEvents({"GFX", "MFX", "EFX", "SFX"});
+    names.emplace_back("Global\\VelsonaServiceParameterUpdateEvent");
+    return names;
+  }
+  std::vector<std::string> ParameterChangeEvents() const {
+    return EndpointEvents({"GFX", "MFX", "EFX"});
+  }
+  std::vector<std::string> EndpointEvents(const std::vector<std::string>& kinds) const {
+    std::vector<std::string> names;
+    const auto laptop = nlohmann::json::parse(std::ifstream(laptopFile_));
+    for (const auto& endpoint : laptop["endpoints"]) {
+      if (endpoint.value("state", "active") != "active") continue;
+      for (const std::string& kind : kinds) {
+        names.push_back("Global\\Velsona" + kind + "PropEvent" + endpoint.value("guid", ""));
+      }
+    }
+    return names;
+  }
 
-  void ClickSkin(SkinPoint point);
-  void ClickMode(int mode);
+  void ClickSkin(SkinPoint point) {
+    const ScreenRect rect = SkinRect(point, {1, 1});
+    desktop_.Click(rect.x, rect.y);
+  }
+  void ClickMode(int mode) {
+    constexpr SkinPoint kMiddles[] = {{126, 199}, {325, 199}, {524, 199},
+                                      {126, 303}, {325, 303}, {524, 303}};
+    ClickSkin(kMiddles[mode]);
+  }
   // Takes the pointer away from every element of the main window.
-  void ParkPointer();
-  support::ScreenRect SkinRect(SkinPoint topLeft, SkinPoint size);
+  void ParkPointer() {
+    const ScreenRect rect = SkinRect({300, 60}, {1, 1});
+    desktop_.MovePointer(rect.x, rect.y);
+  }
+  ScreenRect SkinRect(SkinPoint topLeft, SkinPoint size) {
+    const double scale = desktop_.Dpi() / 96.0;
+    return {window_.x + static_cast<int>(topLeft.x * scale),
+            window_.y + static_cast<int>(topLeft.y * scale), static_cast<int>(size.x * scale),
+            static_cast<int>(size.y * scale)};
+  }
   // The main window as it is on the screen.
-  std::vector<std::uint32_t> Picture();
-  bool ShowsPicture(const std::vector<std::uint32_t>& picture);
+  std::vector<std::uint32_t> Picture() { return desktop_.Pixels(window_); }
+  bool ShowsPicture(const std::vector<std::uint32_t>& picture) {
+    return Eventually([&] { return Picture() == picture; });
+  }
   // Clicks the mode and keeps what the window then looks like.
-  std::vector<std::uint32_t> PictureOfMode(int mode);
+  std::vector<std::uint32_t> PictureOfMode(int mode) {
+    ClickMode(mode);
+    ParkPointer();
+    // Long enough for the hover highlight to go and for the compositor to have shown it.
+    std::this_thread::sleep_for(milliseconds(300));
+    return Picture();
+  }
 
-  std::string Log() const;
+  std::string Log() const {
+    std::ifstream file(folder_ / "state" / "Velsona.txt", std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
 
-  std::filesystem::path folder_;
-  std::filesystem::path laptopFile_;
+  support::TemporaryFolder temporary_;
+  const std::filesystem::path folder_ = temporary_.Path();
+  const std::filesystem::path laptopFile_ = folder_ / "laptop.json";
   std::map<std::string, std::string> environment_;
   support::X11Desktop desktop_;
   std::unique_ptr<support::ChildProcess> engine_;
   std::unique_ptr<support::ChildProcess> panel_;
-  support::ScreenRect window_;
+  ScreenRect window_;
+};
+
+// Pixels of four horizontal and eight vertical dialog units.
+inline support::ScreenPoint BaseUnits(double dpi) {
+  if (dpi < 108) return {6, 13};
+  if (dpi < 132) return {8, 16};
+  if (dpi < 168) return {9, 20};
+  return {12, 25};
+}
+
+// The advanced dialog on the screen, with its controls found by their places.
+class AdvancedDialogTest : public PanelTest {
+ protected:
+  // Laptop with three layers, engine, panel, dialog opened through the main window's entry.
+  void OpenDialog() {
+    UseLaptop("layers");
+    StartEngine();
+    StartPanel();
+    ClickAdvancedEntry();
+  }
+  void ClickAdvancedEntry() {
+    ClickSkin({80, 416});
+    const auto dialog = desktop_.WaitForWindow(kDialogTitle, seconds(5));
+    ASSERT_TRUE(dialog);
+    window_ = *dialog;
+    ASSERT_TRUE(desktop_.WaitUntilGone("Tonalyx", seconds(2)));
+    ReceivedEvents();
+  }
+  // Opens the lower part.
+  void Expand() {
+    const int collapsed = window_.height;
+    ClickControl(resources::kExpandButton);
+    ASSERT_TRUE(Eventually([&] {
+      const auto rect = desktop_.FindWindow(kDialogTitle);
+      return rect && rect->height > 2 * collapsed;
+    }));
+    window_ = *desktop_.FindWindow(kDialogTitle);
+  }
+
+  // Gives the selected band the type with which all of its sliders work.
+  void UsePeakingBand() {
+    ClickControl(resources::kTypePeaking);
+    ASSERT_TRUE(BecomesStored(119, 1.0F));
+    ReceivedEvents();
+  }
+
+  ScreenRect Control(std::uint16_t id) {
+    const auto& controls = resources::kAdvancedControls;
+    const auto control = std::find_if(controls.begin(), controls.end(),
+                                      [id](const auto& row) { return row.id == id; });
+    const ScreenPoint base = BaseUnits(desktop_.Dpi());
+    const auto horizontal = [&](int units) {
+      return static_cast<int>(std::lround(units * base.x / 4.0));
+    };
+    const auto vertical = [&](int units) {
+      return static_cast<int>(std::lround(units * base.y / 8.0));
+    };
+    return {window_.x + horizontal(control->x), window_.y + vertical(control->y),
+            horizontal(control->width), vertical(control->height)};
+  }
+  void ClickControl(std::uint16_t id) {
+    const ScreenRect rect = Control(id);
+    desktop_.Click(rect.x + rect.width / 2, rect.y + rect.height / 2);
+  }
+  // Presses at the control's client point, moves in steps, releases.
+  void Drag(std::uint16_t id, ScreenPoint from, ScreenPoint to, int steps = 8) {
+    const ScreenRect rect = Control(id);
+    desktop_.Drag({rect.x + from.x, rect.y + from.y}, {rect.x + to.x, rect.y + to.y}, steps);
+  }
+
+  // The mapping of the plot as it stands in the window.
+  dsp::PlotMapping Plot() {
+    const ScreenRect rect = Control(resources::kPlot);
+    const auto scale = static_cast<float>(desktop_.Dpi() / 96.0);
+    return {rect.width,
+            rect.height,
+            scale,
+            static_cast<int>(30 * scale),
+            static_cast<int>(15 * scale),
+            std::log10(20.0),
+            std::log10(20000.0)};
+  }
+  ScreenPoint MarkerOf(int band) {
+    const dsp::PlotMapping plot = Plot();
+    const int first = 118 + 5 * (band - 1);
+    const float gain = 20.0F * std::log10(Stored(first + 3));
+    return {static_cast<int>(plot.X(Stored(first + 2))), static_cast<int>(plot.Y(gain))};
+  }
+
+  // A parameter of the set that is active on the route, as stored.
+  float Stored(int parameter, const std::string& pathKey = kSpeakerKey) {
+    platform::SqliteRegistry registry(folder_ / "state");
+    const std::string path = kSettingsKey + pathKey + "\\Settings\\" + ActiveSetting(pathKey);
+    return support::GetFloat(registry, platform::FromUtf8(path),
+                             platform::FromUtf8("Param" + std::to_string(parameter)))
+        .value_or(NAN);
+  }
+  // Waits until the stored parameter is this very value.
+  bool BecomesStored(int parameter, float value, const std::string& pathKey = kSpeakerKey) {
+    return Eventually([&] { return Stored(parameter, pathKey) == value; }, seconds(3));
+  }
+  // The signals of as many edits as the events received make; -1 when they make none.
+  int ReceivedEdits() {
+    const std::vector<std::string> received = ReceivedEvents();
+    const std::vector<std::string> edit = ParameterChangeEvents();
+    if (received.size() % edit.size() != 0) return -1;
+    for (std::size_t i = 0; i < received.size(); ++i) {
+      if (received[i] != edit[i % edit.size()]) return -1;
+    }
+    return static_cast<int>(received.size() / edit.size());
+  }
 };
 
 }  // namespace e2e

@@ -57,12 +57,6 @@ for node in walk(json.load(sys.stdin)):
         print(node[sys.argv[2]])' "$1" "$2"
 }
 
-output_width() {
-  swaymsg -r -t get_outputs | python3 -c '
-import json, sys
-print(*(o["rect"]["width"] for o in json.load(sys.stdin) if o["name"] == sys.argv[1]))' "$1"
-}
-
 coproc MOUSE { "$mouse"; }
 mouse() {
   echo "$*" >&"${MOUSE[1]}"
@@ -166,15 +160,6 @@ sleep 0.5
 x=$(window Tonalyx x) y=$(window Tonalyx y)
 click $((x + 126)) $((y + 199))
 eventually "a click still reaches the store there" 1 active_setting
-swaymsg output HEADLESS-2 scale "$scale" >/dev/null
-eventually "the output changes its scale" $((2560 / scale)) output_width HEADLESS-2
-room="$((2560 + 2560 / scale)) $((1600 / scale))"
-swaymsg '[title="Tonalyx"] move absolute position 2600 50' >/dev/null
-sleep 0.5
-x=$(window Tonalyx x) y=$(window Tonalyx y)
-click $((x + 524)) $((y + 199))
-eventually "and again" 3 active_setting
-
 swaymsg '[app_id="tonalyx"] kill' >/dev/null
 eventually "closed by the desktop" "" window Tonalyx app_id
 echo "$failures failed"

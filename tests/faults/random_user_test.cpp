@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "dsp/eq_model.h"
-#include "tests/e2e/dialog_fixture.h"
+#include "tests/e2e/panel_fixture.h"
 #include "tests/engine/engine_example.h"
 #include "tests/faults/machine.h"
 
