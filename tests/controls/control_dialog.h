@@ -47,24 +47,6 @@ struct Notice {
   bool operator==(const Notice&) const = default;
 };
 
-template <class Control>
-class Counted : public Control {
- public:
-  int TakePaints() {
-    Settle();
-    return std::exchange(paints_, 0);
-  }
-
- protected:
-  platform::LResult WindowProc(std::uint32_t message, WParam wParam, LParam lParam) override {
-    if (message == platform::message::kPaint) ++paints_;
-    return Control::WindowProc(message, wParam, lParam);
-  }
-
- private:
-  int paints_ = 0;
-};
-
 class NotingDialog : public platform::Dialog {
  public:
   NotingDialog() : Dialog(kTestTemplate) {
@@ -82,8 +64,8 @@ class NotingDialog : public platform::Dialog {
             own.bottom - dialog.top};
   }
 
-  Counted<CPngSlider> slider;
-  Counted<CPotentiometer> knob;
+  CPngSlider slider;
+  CPotentiometer knob;
   CFreqPlot plot;
   CPngCheckbox checkbox;
   CPngButton button;

@@ -155,9 +155,7 @@ TEST_F(KnobTest, TellsOfEachMessageThatTurnedIt) {
     const Notice changed = Changed(knob_, 11);
     knob_.SetValue(50);
     EXPECT_EQ(knob_.GetValue(), 50) << "0 to 400 at first";
-    dialog_.knob.TakePaints();
     knob_.SetRange(0, 100);
-    EXPECT_GT(dialog_.knob.TakePaints(), 0);
     EXPECT_EQ(knob_.GetValue(), 12);
     knob_.SetValue(50);
     Move(knob_, {100, 20});
@@ -205,9 +203,6 @@ TEST_F(ControlTest, SlidersAndKnobsFollowAPointerThatLeavesThem) {
     Use(Mouse::Release, {420 + 264, 16 + 76});
     Use(Mouse::Move, {420 + 64, 16 + 67});
     EXPECT_EQ(dialog_.knob.GetValue(), 156);
-    Use(Mouse::Press, {15 + 254, 16 + 40});
-    EXPECT_EQ(dialog_.slider.GetValue(), 66) << "nothing is captured any more";
-    Use(Mouse::Release, {15 + 254, 16 + 40});
   });
 }
 

@@ -3,27 +3,66 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QBuffer>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QWidget>
+#include <QWindow>
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <initializer_list>
+#include <ios>
+#include <span>
+#include <stdexcept>
 #include <string_view>
 
 #include "platform/drawing.h"
 #include "platform/geometry.h"
 #include "tests/support/picture_box.h"
+#include "ui/images/png_resource.h"
 
 namespace ui {
 
+inline QWidget& VisibleWindow() {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible()) return *window;
+  }
+  throw std::runtime_error("no window is visible");
+}
+
 // Does what is due: messages that are posted, then paints.
-void Settle();
+inline void Settle() {
+  for (int round = 0; round < 3; ++round) QCoreApplication::processEvents();
+}
 
 // What the visible window shows at present in this part of it, whether or not a paint is due.
-platform::Bitmap WindowPicture(const platform::Rect& area);
+inline platform::Bitmap WindowPicture(const platform::Rect& area) {
+  QByteArray png;
+  QBuffer buffer(&png);
+  QGuiApplication::primaryScreen()
+      ->grabWindow(VisibleWindow().winId(), area.left, area.top, area.Width(), area.Height())
+      .save(&buffer, "PNG", 100);
+  return platform::Bitmap::FromPng(
+             std::as_bytes(std::span(png.constData(), std::size_t(png.size()))))
+      .value();
+}
 
 // A mouse over the visible window, wherever the pointer is by then.
 enum class Mouse { Press, Move, Release };
-void Use(Mouse mouse, platform::Point client);
+inline void Use(Mouse mouse, platform::Point client) {
+  constexpr QEvent::Type kTypes[] = {QEvent::MouseButtonPress, QEvent::MouseMove,
+                                     QEvent::MouseButtonRelease};
+  const QPointF place(client.x, client.y);
+  QWidget& window = VisibleWindow();
+  QMouseEvent event(kTypes[static_cast<int>(mouse)], place, window.mapToGlobal(place),
+                    mouse == Mouse::Move ? Qt::NoButton : Qt::LeftButton,
+                    mouse == Mouse::Release ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(window.windowHandle(), &event);
+  Settle();
+}
 
 inline platform::Bitmap Solid(platform::Size size, platform::Argb color) {
   platform::Bitmap image(size.width, size.height, platform::PixelFormat::PremultipliedArgb32);
@@ -49,7 +88,15 @@ inline std::int32_t Distance(platform::Argb one, platform::Argb other) {
 }
 
 // `color` upon `below`, as much of it as `coverage` and its alpha say.
-platform::Argb Mixed(platform::Argb color, platform::Argb below, double coverage = 1.0);
+inline platform::Argb Mixed(platform::Argb color, platform::Argb below, double coverage = 1.0) {
+  const double share = coverage * (color >> 24U) / 255.0;
+  platform::Argb mixed = 0xFF;
+  for (const unsigned shift : {16U, 8U, 0U}) {
+    const double value = share * Channel(color, shift) + (1.0 - share) * Channel(below, shift);
+    mixed = mixed << 8U | static_cast<platform::Argb>(std::lround(value));
+  }
+  return mixed;
+}
 
 struct Spot {
   std::int32_t x;
@@ -57,15 +104,38 @@ struct Spot {
   platform::Argb color;
 };
 
-void ExpectSpots(const platform::Bitmap& picture, std::initializer_list<Spot> spots,
-                 std::int32_t tolerance = 1);
+inline void ExpectSpots(const platform::Bitmap& picture, std::initializer_list<Spot> spots,
+                        std::int32_t tolerance = 1) {
+  for (const Spot& spot : spots) {
+    const platform::Argb color = picture.GetPixel(spot.x, spot.y);
+    EXPECT_LE(Distance(color, spot.color), tolerance)
+        << std::hex << color << " instead of " << spot.color << std::dec << " at " << spot.x << ", "
+        << spot.y;
+  }
+}
 
 // The image's own pixels, where it is opaque, lie in the picture from (x, y) on.
-testing::AssertionResult Shows(const platform::Bitmap& picture, const platform::Bitmap& image,
-                               std::int32_t x, std::int32_t y);
+inline testing::AssertionResult Shows(const platform::Bitmap& picture,
+                                      const platform::Bitmap& image, std::int32_t x,
+                                      std::int32_t y) {
+  int opaque = 0;
+  const platform::Rect wrong =
+      support::BoxOf(support::AreaOf(image), [&](std::int32_t column, std::int32_t row) {
+        const platform::Argb color = image.GetPixel(column, row);
+        if (color >> 24U != 0xFFU) return false;
+        ++opaque;
+        return picture.GetPixel(x + column, y + row) != color;
+      });
+  if (opaque > 0 && wrong == platform::Rect{}) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "not at " << x << ", " << y;
+}
 // The same for a PNG resource.
-testing::AssertionResult Shows(const platform::Bitmap& picture, std::uint16_t id, std::int32_t x,
-                               std::int32_t y, float designDpi = 96.0F);
+inline testing::AssertionResult Shows(const platform::Bitmap& picture, std::uint16_t id,
+                                      std::int32_t x, std::int32_t y, float designDpi = 96.0F) {
+  const auto image = LoadPngResource(id, designDpi);
+  if (!image) return testing::AssertionFailure() << "no image " << id;
+  return Shows(picture, *image, x, y) << ", image " << id;
+}
 
 // Around all that differs; empty for pictures that are the same.
 inline platform::Rect BoxOfDifference(const platform::Bitmap& one, const platform::Bitmap& other) {
@@ -77,12 +147,21 @@ inline bool SamePixels(const platform::Bitmap& one, const platform::Bitmap& othe
 }
 
 // Adds a text to what a picture should be.
-void Write(platform::Bitmap& picture, std::u16string_view text, const platform::Font& font,
-           platform::PointF place, platform::Argb color,
-           platform::TextRenderingHint hint = platform::TextRenderingHint::AntiAliasGridFit,
-           platform::StringFormat format = platform::StringFormat::GenericDefault);
+inline void Write(platform::Bitmap& picture, std::u16string_view text, const platform::Font& font,
+                  platform::PointF place, platform::Argb color,
+                  platform::TextRenderingHint hint = platform::TextRenderingHint::AntiAliasGridFit,
+                  platform::StringFormat format = platform::StringFormat::GenericDefault) {
+  platform::Graphics graphics(picture);
+  graphics.SetTextRenderingHint(hint);
+  graphics.DrawString(text, font, place, format, color);
+}
 // The room that it takes.
-platform::SizeF Measure(std::u16string_view text, const platform::Font& font,
-                        platform::TextRenderingHint hint);
+inline platform::SizeF Measure(std::u16string_view text, const platform::Font& font,
+                               platform::TextRenderingHint hint) {
+  platform::Bitmap nowhere(1, 1, platform::PixelFormat::Argb32);
+  platform::Graphics graphics(nowhere);
+  graphics.SetTextRenderingHint(hint);
+  return graphics.MeasureString(text, font, platform::StringFormat::GenericDefault);
+}
 
 }  // namespace ui
