@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "endpoints/notification_client.h"
 #include "tests/accessible/accessible_tree.h"
 #include "tests/main/mode_fixture.h"
 #include "tests/support/scripted_window.h"
@@ -24,10 +23,7 @@ constexpr const char* kWarning = "Warning: This tool can only be used with suppo
 
 class AccessibleMainWindow : public ModeFixture {
  protected:
-  void SetUp() override {
-    ModeFixture::SetUp();
-    WriteSetting(kSpeakerKey, u"1");
-  }
+  AccessibleMainWindow() { WriteSetting(kSpeakerPathKey, u"1"); }
 };
 
 TEST_F(AccessibleMainWindow, TellsWhatEachSkinDraws) {
@@ -68,9 +64,9 @@ TEST_F(AccessibleMainWindow, APressedModeIsAClickedMode) {
     listener.Take();
     AccessibleTree(window).Press("Movie Mode");
   });
-  window.Then([&] { return ReadSetting(kSpeakerKey) == u"3"; });
+  window.Then([&] { return ReadSetting(kSpeakerPathKey) == u"3"; });
   window.ThenDo([&] {
-    EXPECT_EQ(ReadSetting(kSubwooferKey), u"3");
+    EXPECT_EQ(ReadSetting(kSubwooferPathKey), u"3");
     EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents());
     EXPECT_THAT(listener.Take(), ElementsAre("check: radio button \"OFF\" [unchecked]",
                                              "check: radio button \"Movie Mode\" [checked]"));
@@ -78,23 +74,11 @@ TEST_F(AccessibleMainWindow, APressedModeIsAClickedMode) {
     AccessibleTree(window).Press("Movie Mode");
     AccessibleTree(window).Press("Speech Mode");
   });
-  window.Then([&] { return ReadSetting(kSpeakerKey) == u"6"; });
+  window.Then([&] { return ReadSetting(kSpeakerPathKey) == u"6"; });
   window.ThenDo([&] {
     EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents())
         << "a mode that is selected already writes none";
   });
-  EXPECT_EQ(window.DoModal(), kScriptEnded);
-}
-
-class AccessibleFirstStart : public ModeFixture {};
-
-TEST_F(AccessibleFirstStart, AModeThatOthersSelectIsTold) {
-  Listener listener;
-  ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
-  // The first start makes the key, which tells that it is watched.
-  window.Then([&] { return window.Received(endpoints::UM_SETTING_CHANGED) > 0; });
-  window.ThenDo([&] { WriteSetting(kSpeakerKey, u"2"); });
-  window.Then([&] { return listener.Heard("check: radio button \"Music Mode\" [checked]"); });
   EXPECT_EQ(window.DoModal(), kScriptEnded);
 }
 
@@ -104,31 +88,9 @@ TEST_F(AccessibleMainWindow, TheWarningIsTold) {
   window.ThenDo([&] { PlayElsewhere(); });
   const std::string line = std::string("alert \"") + kWarning + '"';
   window.Then([&] { return listener.Heard("shown: " + line); });
-  window.ThenDo([&] { machine_.audioDevices.SetDefault(kSpeakerId); });
+  window.ThenDo([&] { machine_.audioDevices.SetDefault(u"speaker"); });
   window.Then([&] { return listener.Heard("hidden: " + line + " [hidden]"); });
   EXPECT_EQ(window.DoModal(), kScriptEnded);
-}
-
-TEST_F(AccessibleMainWindow, NothingIsLeftOfAWindowThatIsGone) {
-  Listener listener;
-  std::vector<QAccessible::Id> ids;
-  ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
-  window.ThenDo([&] {
-    const AccessibleTree tree(window);
-    ids.push_back(QAccessible::uniqueId(&tree.Root()));
-    for (int i = 0; i < tree.Root().childCount(); ++i) {
-      ids.push_back(QAccessible::uniqueId(tree.Root().child(i)));
-    }
-    // Too late for both: the window ends before they are due.
-    tree.Press("Close");
-    tree.Press("Movie Mode");
-    tree.Root().actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
-  });
-  window.Then([] { return false; });
-  EXPECT_EQ(window.DoModal(), 0);
-  QCoreApplication::sendPostedEvents();
-  EXPECT_EQ(ids.size(), 12U);
-  for (const QAccessible::Id id : ids) EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
 }
 
 }  // namespace

@@ -168,19 +168,6 @@ TEST_F(EqEditorTest, OpensWithTheStoredSetOfTheRoute) {
   EXPECT_EQ(machine_.ReadAll(kHeadphonesPathKey, u"5"), set);
 }
 
-TEST_F(EqEditorTest, OpensWithTheInitialValuesWhenNothingIsStored) {
-  machine_.SetRoute(3);
-  for (const std::u16string& endpoint : {std::u16string(u"speaker"), std::u16string()}) {
-    machine_.audioDevices.SetDefault(endpoint);
-    EqEditor editor({machine_.registry, machine_.events, machine_.audioDevices}, view_);
-    const endpoints::WatchStart watch = editor.LoadFirstSet();
-    EXPECT_EQ(watch.outputPath, OutputPath::SpeakerWithSubwoofer);
-    EXPECT_EQ(watch.endpointGuid, endpoint);
-    EXPECT_EQ(watch.settingIndex, 0);
-    EXPECT_EQ(editor.Store().values, dsp::InitialParameters());
-  }
-}
-
 TEST_F(EqEditorTest, OnlyTheSelectedBandIsRedesigned) {
   Store(With({{BandParameter(3, kQ), 0.66F}}));
   Open();

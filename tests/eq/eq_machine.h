@@ -1,11 +1,10 @@
-// A laptop of fakes for the equalizer: a speaker that is the default, a second active endpoint, an
+// A laptop of fakes for the windows: a speaker that is the default, a second active endpoint, an
 // unplugged one, an engine that listens on all three, and a store with a set for each route.
 #pragma once
 
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,6 +18,7 @@ namespace ui {
 
 inline constexpr std::u16string_view kSpeakerPathKey = u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}";
 inline constexpr std::u16string_view kHeadphonesPathKey = u"{DFF21CE2-F70F-11D0-B917-00A0C9223196}";
+inline constexpr std::u16string_view kSubwooferPathKey = u"{765D256B-701A-44F8-BA7A-4A95AFA7C762}";
 
 using Parameters = std::map<int, float>;
 
@@ -29,7 +29,20 @@ class EqMachine : public support::FakeMachine {
     AddEndpoint(u"monitor", platform::kDeviceStateActive);
     AddEndpoint(u"absent", platform::kDeviceStateUnplugged);
     audioDevices.SetDefault(u"speaker");
+    events.Add(u"Global\\VelsonaServiceParameterUpdateEvent");
     SetRoute(1);
+  }
+
+  void AddEndpoint(const std::u16string& name, std::uint32_t state,
+                   const std::u16string& adapter = u"Realtek High Definition Audio") {
+    audioDevices.Add({.id = name,
+                      .state = state,
+                      .guid = name,
+                      .jackSubType = std::u16string(kSpeakerPathKey),
+                      .adapter = adapter});
+    for (const std::u16string kind : {u"GFX", u"MFX", u"EFX", u"SFX"}) {
+      events.Add(u"Global\\Velsona" + kind + u"PropEvent" + name);
+    }
   }
 
   // The route of the driverless machine is the stored hint's.
@@ -44,12 +57,9 @@ class EqMachine : public support::FakeMachine {
 
   void Write(store::Tree tree, std::u16string_view pathKey, std::u16string_view setting,
              const Parameters& parameters) {
-    const auto key =
-        registry.CreateKey(platform::RegistryRoot::LocalMachine,
-                           store::SettingKeyPath(tree, pathKey, setting), store::kWriteAccess);
     for (const auto& [number, value] : parameters) {
-      key->SetValue(store::ParameterName(static_cast<std::size_t>(number)),
-                    platform::RegistryType::Binary, std::as_bytes(std::span(&value, 1)));
+      support::PutFloat(registry, store::SettingKeyPath(tree, pathKey, setting),
+                        store::ParameterName(static_cast<std::size_t>(number)), value);
     }
   }
 
@@ -62,14 +72,8 @@ class EqMachine : public support::FakeMachine {
   // Every parameter of a set that is in the store.
   Parameters ReadAll(std::u16string_view pathKey, std::u16string_view setting) {
     Parameters found;
-    const auto key = support::OpenToRead(
-        registry, store::SettingKeyPath(store::Tree::Parameters, pathKey, setting));
-    for (int number = 1; key && number <= 1114; ++number) {
-      float value = 0.0F;
-      std::uint32_t size = sizeof(value);
-      const auto name = store::ParameterName(static_cast<std::size_t>(number));
-      const auto status = key->QueryValue(name, nullptr, &value, &size);
-      if (status == platform::RegistryStatus::Success) found[number] = value;
+    for (int number = 1; number <= 1114; ++number) {
+      if (const auto value = Read(pathKey, setting, number)) found[number] = *value;
     }
     return found;
   }
@@ -80,20 +84,6 @@ class EqMachine : public support::FakeMachine {
     const auto values = dsp::InitialParameters();
     for (std::size_t i = 0; i < values.size(); ++i) set[static_cast<int>(i) + 1] = values[i];
     return set;
-  }
-
- private:
-  void AddEndpoint(const std::u16string& name, std::uint32_t state) {
-    audioDevices.Add({.id = name,
-                      .state = state,
-                      .guid = name,
-                      .jackSubType = std::u16string(kSpeakerPathKey),
-                      .adapter = u"Realtek High Definition Audio"});
-    for (const std::u16string_view kind : {u"GFX", u"MFX", u"EFX", u"SFX"}) {
-      std::u16string event = u"Global\\Velsona";
-      event.append(kind).append(u"PropEvent").append(name);
-      events.Add(event);
-    }
   }
 };
 

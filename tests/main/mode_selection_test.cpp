@@ -13,22 +13,21 @@ class ModeSelectionTest : public ModeFixture {
 };
 
 TEST_F(ModeSelectionTest, LoadsTheModeOfTheCurrentRoute) {
-  struct Case {
-    Jack jack;
+  const struct {
+    std::uint32_t hint;
     std::u16string_view key;
-    std::u16string_view setting;
+    std::u16string setting;
     std::int32_t mode;
     OutputPath route;
-  };
-  for (const Case& c :
-       {Case{Jack::Speaker, kSpeakerKey, u"3", 2, OutputPath::InternalSpeaker},
-        Case{Jack::Subwoofer, kSubwooferKey, u"6", 5, OutputPath::SpeakerWithSubwoofer},
-        Case{Jack::Headphones, kHeadphonesKey, u"9", 8, OutputPath::Headphone}}) {
+  } cases[] = {{1, kSpeakerPathKey, u"3", 2, OutputPath::InternalSpeaker},
+               {3, kSubwooferPathKey, u"6", 5, OutputPath::SpeakerWithSubwoofer},
+               {2, kHeadphonesPathKey, u"9", 8, OutputPath::Headphone}};
+  for (const auto& c : cases) {
     WriteSetting(c.key, c.setting);
-    Plug(c.jack);
+    machine_.SetRoute(c.hint);
     const auto start = modes_.Load();
     ASSERT_TRUE(start);
-    EXPECT_EQ(start->endpointGuid, kSpeakerGuid);
+    EXPECT_EQ(start->endpointGuid, u"speaker");
     EXPECT_EQ(start->outputPath, c.route);
     EXPECT_EQ(start->settingIndex, c.mode);
     EXPECT_EQ(modes_.SelectedMode(), c.mode);
@@ -36,56 +35,35 @@ TEST_F(ModeSelectionTest, LoadsTheModeOfTheCurrentRoute) {
   }
   // A setting that is no mode is never written back, and any mode is a change.
   EXPECT_FALSE(modes_.Apply());
-  EXPECT_EQ(ReadSetting(kHeadphonesKey), u"9");
+  EXPECT_EQ(ReadSetting(kHeadphonesPathKey), u"9");
   EXPECT_TRUE(modes_.Select(0));
   EXPECT_TRUE(machine_.events.Calls().empty()) << "looking changes nothing";
 }
 
 TEST_F(ModeSelectionTest, WithoutASettingTheFirstModeIsAppliedWhereThereIsAnEndpoint) {
-  struct Case {
-    std::u16string_view stored;
-    bool made;  // the key, by the write
-  };
-  for (const Case& c : {Case{u"", true}, Case{u"0", false}}) {
-    if (!c.stored.empty()) WriteSetting(kSpeakerKey, c.stored);
+  for (const bool made : {true, false}) {  // the key, by the write
+    if (!made) WriteSetting(kSpeakerPathKey, u"0");
     machine_.events.ClearCalls();
     ASSERT_TRUE(modes_.Load());
     EXPECT_EQ(modes_.SelectedMode(), -1);
-    EXPECT_EQ(modes_.ApplyFirstModeIfUnknown(), c.made);
+    EXPECT_EQ(modes_.ApplyFirstModeIfUnknown(), made);
     EXPECT_EQ(modes_.SelectedMode(), 0);
-    EXPECT_EQ(ReadSetting(kSpeakerKey), u"1");
+    EXPECT_EQ(ReadSetting(kSpeakerPathKey), u"1");
     EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents());
   }
-  WriteSetting(kSpeakerKey, u"3");
+  WriteSetting(kSpeakerPathKey, u"3");
   machine_.events.ClearCalls();
   machine_.audioDevices.SetDefault(u"");
   EXPECT_FALSE(modes_.Load());
   EXPECT_FALSE(modes_.ApplyFirstModeIfUnknown());
   EXPECT_EQ(modes_.SelectedMode(), 0);
-  EXPECT_EQ(ReadSetting(kSpeakerKey), u"3");
+  EXPECT_EQ(ReadSetting(kSpeakerPathKey), u"3");
   EXPECT_TRUE(machine_.events.Calls().empty());
 }
 
-TEST_F(ModeSelectionTest, AClickWritesOnceAndToTheRouteThatIsCurrentThen) {
-  WriteSetting(kSpeakerKey, u"1");
-  ASSERT_TRUE(modes_.Load());
-  EXPECT_FALSE(modes_.Select(0)) << "already selected";
-  EXPECT_TRUE(modes_.Select(2));
-  EXPECT_TRUE(modes_.Apply());
-  EXPECT_EQ(ReadSetting(kSpeakerKey), u"3");
-  EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents());
-
-  Plug(Jack::Headphones);
-  EXPECT_TRUE(modes_.Select(5));
-  EXPECT_TRUE(modes_.Apply());
-  EXPECT_EQ(ReadSetting(kHeadphonesKey), u"6");
-  EXPECT_EQ(ReadSetting(kSpeakerKey), u"3");
-  EXPECT_EQ(modes_.OutputPath(), OutputPath::Headphone);
-}
-
 TEST_F(ModeSelectionTest, FollowsAChangeWithoutWriting) {
-  WriteSetting(kSpeakerKey, u"1");
-  WriteSetting(kHeadphonesKey, u"5");
+  WriteSetting(kSpeakerPathKey, u"1");
+  WriteSetting(kHeadphonesPathKey, u"5");
   ASSERT_TRUE(modes_.Load());
   const auto expect = [this](std::int32_t mode, OutputPath route) {
     EXPECT_EQ(modes_.SelectedMode(), mode);
@@ -102,7 +80,7 @@ TEST_F(ModeSelectionTest, FollowsAChangeWithoutWriting) {
   EXPECT_FALSE(modes_.Refresh());
   EXPECT_EQ(modes_.SelectedMode(), 0);
   EXPECT_TRUE(machine_.events.Calls().empty());
-  EXPECT_EQ(ReadSetting(kHeadphonesKey), u"5");
+  EXPECT_EQ(ReadSetting(kHeadphonesPathKey), u"5");
 }
 
 }  // namespace

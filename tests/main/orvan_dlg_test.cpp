@@ -5,7 +5,6 @@
 #include <QIcon>
 #include <QWidget>
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -44,14 +43,15 @@ class OrvanDlgTest : public ModeFixture {
 };
 
 TEST_F(OrvanDlgTest, ShowsWhatIsHoveredClickedAndSetElsewhere) {
-  WriteSetting(kSpeakerKey, u"1");
-  WriteSetting(kHeadphonesKey, u"6");
+  WriteSetting(kSpeakerPathKey, u"1");
+  WriteSetting(kHeadphonesPathKey, u"6");
   ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
   const auto send = [&window](std::uint32_t message, std::int32_t x, std::int32_t y) {
     return window.Send(message, 0, platform::PointToLParam({x, y}));
   };
   window.ThenDo([&] {
     Settle();
+    EXPECT_TRUE(machine_.audioDevices.HasSinks());
     EXPECT_TRUE(Looks("studio mode off, selected", 28, 145));
     EXPECT_TRUE(Looks("studio close button, normal", 596, 12));
     send(msg::kMouseMove, 597, 13);
@@ -77,7 +77,7 @@ TEST_F(OrvanDlgTest, ShowsWhatIsHoveredClickedAndSetElsewhere) {
     EXPECT_TRUE(window.IsMinimized());
   });
   EXPECT_EQ(window.DoModal(), kScriptEnded);
-  EXPECT_EQ(ReadSetting(kSpeakerKey), u"5");
+  EXPECT_EQ(ReadSetting(kSpeakerPathKey), u"5");
 }
 
 TEST_F(OrvanDlgTest, TheLogoOpensTheMakersSite) {
@@ -96,41 +96,6 @@ TEST_F(OrvanDlgTest, TheLogoOpensTheMakersSite) {
   EXPECT_EQ(location, "https://www.norvane.example/");
 }
 
-TEST_F(OrvanDlgTest, LooksForTheWarningOnceASecond) {
-  ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
-  std::chrono::steady_clock::time_point first;
-  window.Then([&] { return window.Received(msg::kTimer) == 1; });
-  window.ThenDo([&] {
-    first = std::chrono::steady_clock::now();
-    PlayElsewhere();
-  });
-  platform::Bitmap before = Solid({1, 1}, 0);
-  window.ThenDo([&] {
-    Settle();
-    before = WindowPicture({150, 362, 620, 384});
-  });
-  window.Then([&] { return !SamePixels(before, WindowPicture({150, 362, 620, 384})); });
-  EXPECT_EQ(window.DoModal(), kScriptEnded);
-  const auto seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - first);
-  EXPECT_GT(seconds.count(), 0.7);
-  EXPECT_LT(seconds.count(), 2.3);
-}
-
-TEST_F(OrvanDlgTest, OpensWithoutAnEndpointAndLeavesWhatItRegistered) {
-  machine_.audioDevices.SetDefault(u"");
-  {
-    ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
-    window.ThenDo([&] {
-      EXPECT_TRUE(machine_.audioDevices.HasSinks());
-      window.ClickAt(500, 200);
-    });
-    EXPECT_EQ(window.DoModal(), kScriptEnded);
-  }
-  EXPECT_EQ(ReadSetting(kSpeakerKey), u"");
-  EXPECT_TRUE(machine_.events.Calls().empty());
-  EXPECT_FALSE(machine_.audioDevices.HasSinks());
-}
-
 TEST_F(OrvanDlgTest, HidesBehindTheAdvancedDialogAndReturnsWithTheStoresMode) {
   // Without an endpoint at the start nothing watches, so the window has to look for itself.
   machine_.audioDevices.SetDefault(u"");
@@ -141,8 +106,8 @@ TEST_F(OrvanDlgTest, HidesBehindTheAdvancedDialogAndReturnsWithTheStoresMode) {
     auto dialog = std::make_unique<ScriptedDialog>(resources::kMainTemplate);
     dialog->ThenDo([&] {
       EXPECT_FALSE(main->IsVisible());
-      machine_.audioDevices.SetDefault(kSpeakerId);
-      WriteSetting(kSpeakerKey, u"4");
+      machine_.audioDevices.SetDefault(u"speaker");
+      WriteSetting(kSpeakerPathKey, u"4");
     });
     return dialog;
   };

