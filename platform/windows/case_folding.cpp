@@ -15,8 +15,8 @@ char32_t MapCase(char32_t point, DWORD map) {
     count = 2;
   }
   wchar_t mapped[2] = {};
-  if (LCMapStringEx(LOCALE_NAME_INVARIANT, map | LCMAP_LINGUISTIC_CASING, units, count, mapped, count, nullptr, nullptr, 0) !=
-      count) {
+  if (LCMapStringEx(LOCALE_NAME_INVARIANT, map | LCMAP_LINGUISTIC_CASING, units, count, mapped,
+                    count, nullptr, nullptr, 0) != count) {
     return point;
   }
   if (count == 1) return mapped[0];
