@@ -32,10 +32,10 @@ start() {
   started+=($!)
 }
 
-# wait_until COMMAND...: ten seconds at most; then what was started tells what it said.
+# wait_until COMMAND...: thirty seconds at most; then what was started tells what it said.
 wait_until() {
   local _
-  for _ in $(seq 200); do
+  for _ in $(seq 600); do
     "$@" >/dev/null 2>&1 && return 0
     sleep 0.05
   done
