@@ -1,6 +1,6 @@
 #include "endpoints/notification_client.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <chrono>
 #include <functional>
@@ -101,7 +101,9 @@ TEST_F(NotificationClientTest, EveryKindOfReportEvaluatesWhatHoldsAfterThePause)
       client_.Unregister();
     }
   }
-  EXPECT_EQ(clock_.Sleeps(), std::vector(12, std::chrono::milliseconds(100)));
+  // The service's own thread may report the changed peak of the two registrations, too.
+  EXPECT_THAT(clock_.Sleeps(), testing::Each(std::chrono::milliseconds(100)));
+  EXPECT_GE(clock_.Sleeps().size(), 12U);
   EXPECT_EQ(devices_.Calls(AudioStep::UnregisterCallback), 2) << "once for each registration";
 }
 
