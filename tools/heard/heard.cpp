@@ -68,9 +68,8 @@ std::vector<float> ReadSetting(platform::Registry& registry, std::u16string_view
 // Twelve to the octave over what the plot shows.
 std::vector<double> Frequencies() {
   std::vector<double> frequencies;
-  for (double frequency = 20.0; frequency < 20000.0; frequency *= std::exp2(1.0 / 12.0)) {
-    frequencies.push_back(frequency);
-  }
+  constexpr int kSteps = 120;
+  for (int i = 0; i < kSteps; ++i) frequencies.push_back(20.0 * std::exp2(i / 12.0));
   return frequencies;
 }
 
