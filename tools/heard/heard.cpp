@@ -69,6 +69,7 @@ std::vector<float> ReadSetting(platform::Registry& registry, std::u16string_view
 std::vector<double> Frequencies() {
   std::vector<double> frequencies;
   constexpr int kSteps = 120;
+  frequencies.reserve(kSteps);
   for (int i = 0; i < kSteps; ++i) frequencies.push_back(20.0 * std::exp2(i / 12.0));
   return frequencies;
 }
