@@ -50,6 +50,9 @@ start_session() {
   export PULSE_RUNTIME_PATH=$XDG_RUNTIME_DIR/pulse PULSE_SERVER=unix:$XDG_RUNTIME_DIR/pulse/native
   export DBUS_SESSION_BUS_ADDRESS=unix:path=$XDG_RUNTIME_DIR/bus
   mkdir -m 700 "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME"
+  # Bluetooth asks for the seats of logind, and without them the session manager gives up.
+  mkdir -p "$XDG_CONFIG_HOME/wireplumber/bluetooth.lua.d"
+  echo 'bluez_monitor.enabled = false' >"$XDG_CONFIG_HOME/wireplumber/bluetooth.lua.d/51-off.lua"
   start dbus-daemon --session --nofork --address="$DBUS_SESSION_BUS_ADDRESS"
   start pipewire
   wait_until test -S "$XDG_RUNTIME_DIR/pipewire-0"
