@@ -9,6 +9,8 @@
 namespace app {
 namespace {
 
+using platform::DeviceProperty;
+using platform::DevicePropertyStatus;
 using platform::DeviceRecord;
 using Devices = std::vector<DeviceRecord>;
 
@@ -29,6 +31,29 @@ const std::string kNoneInstalled =
         "VELSONAAPO_GFX_CLASS {2B4139E7-89E4-4458-A087-827B58916AC7} not installed\r\n\r\n"
         "VELSONAAPO_EFX_CLASS {DFCCA0CA-849C-4D9C-87DC-E0BE0AD7BAF9} not installed\r\n\r\n") +
     kOtherClasses;
+
+// A driver that asks for no more than it was given, again and again.
+class StubbornDevices : public platform::DeviceList, public platform::DeviceSetup {
+ public:
+  using DeviceList::DeviceList;
+
+  DevicePropertyStatus ReadProperty(std::uint32_t index, DeviceProperty property,
+                                    std::span<char16_t> buffer,
+                                    std::uint32_t* requiredBytes) const override {
+    if (property != DeviceProperty::HardwareId) {
+      return DeviceList::ReadProperty(index, property, buffer, requiredBytes);
+    }
+    *requiredBytes = static_cast<std::uint32_t>(buffer.size_bytes());
+    EXPECT_LE(++reads_, 1) << "asked again";
+    return reads_ < 5 ? DevicePropertyStatus::InsufficientBuffer : DevicePropertyStatus::Failure;
+  }
+  std::unique_ptr<platform::DeviceInfoSet> PresentDevices() override {
+    return std::make_unique<StubbornDevices>(*this);
+  }
+
+ private:
+  mutable int reads_ = 0;
+};
 
 class CodecProbeTest : public testing::Test {
  protected:
@@ -118,6 +143,11 @@ TEST_F(CodecProbeTest, SkipsWhatCannotBeAsked) {
   machine_.deviceSetup.FailRequests(1);
   EXPECT_EQ(Probe({kConexant + u"&SUBSYS_33334444"}), 0x33334444U)
       << "the first family's set failed, the second's did not";
+
+  StubbornDevices setup({{.description = kSst + u"&SUBSYS_00000007"}});
+  platform::Platform platform{machine_.registry,     machine_.events,         machine_.files, setup,
+                              machine_.audioDevices, machine_.singleInstance, machine_.clock};
+  EXPECT_EQ(ProbeCodecSsid(platform), 7U);
 }
 
 TEST_F(CodecProbeTest, ReportsInstalledClassesByteForByte) {
@@ -175,6 +205,20 @@ TEST_F(CodecProbeTest, CutsALongDeviceBeforeItsLabelAndSharesTheLog) {
     ProbeCodecSsid(machine_.platform);
   }
   EXPECT_EQ(Log(), "kept") << "held by another, the lines are lost";
+
+  struct Meanwhile : platform::FakeFileSystem {
+    std::unique_ptr<platform::File> OpenExisting(std::u16string_view path,
+                                                 platform::FileAccess access) override {
+      auto file = FakeFileSystem::OpenExisting(path, access);
+      if (!file) PutFile(path, "theirs\r\n\r\n");
+      return file;
+    }
+  } files;
+  platform::Platform platform{machine_.registry,    machine_.events,       files,
+                              machine_.deviceSetup, machine_.audioDevices, machine_.singleInstance,
+                              machine_.clock};
+  ProbeCodecSsid(platform);
+  EXPECT_TRUE(files.Contents(u"/state/Velsona.txt")->starts_with("theirs\r\n\r\nINTELAUDIO"));
 }
 
 }  // namespace

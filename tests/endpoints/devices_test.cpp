@@ -47,6 +47,7 @@ TEST(DefaultEndpoint, StringsThatAreNotObtainedStayAsTheyWere) {
     bool expected;
     std::u16string jack, guid;
   } cases[] = {
+      {"both", {.guid = u"{G}", .jackSubType = u"{J}"}, true, u"{J}", u"{G}"},
       {"no GUID", {.jackSubType = u"{J}"}, true, u"{J}", u"old"},
       {"no jack", {.guid = u"{G}"}, true, u"old", u"{G}"},
       {"none", {}, false, u"old", u"old"},
@@ -82,9 +83,11 @@ TEST(EndpointSupport, NeedsSupportedDefaultAndSilenceElsewhere) {
     platform::FakeEndpoint other;
     EndpointWarning expected;
   } cases[] = {
+      {"quiet", kRealtek, {.adapter = u"HDMI"}, Hidden},
       {"name in the middle", u"2 - Conexant SmartAudio HD (1)", {}, Hidden},
       {"SST", u"Intel SST Audio Device", {}, Hidden},
       {"shorter", u"Conexant SmartAudio", {}, Shown},
+      {"shorter SST", u"Intel SST Audio", {}, Shown},
       {"letter case", u"realtek high definition audio", {}, Shown},
       {"other plays", kRealtek, {.adapter = u"HDMI", .peak = 0.01F}, Shown},
       {"nameless plays", kRealtek, {.peak = 0.01F}, Shown},
@@ -92,6 +95,7 @@ TEST(EndpointSupport, NeedsSupportedDefaultAndSilenceElsewhere) {
       {"unplugged plays", kRealtek, {.state = 8, .peak = 1.0F}, Hidden},
       {"default elsewhere", u"USB headset", {.adapter = kRealtek}, Shown},
       {"no meter", kRealtek, {.peak = 1.0F, .failures = {AudioStep::ActivateMeter}}, Hidden},
+      {"no peak", kRealtek, {.peak = 1.0F, .failures = {AudioStep::PeakValue}}, Hidden},
       {"closed", kRealtek, {.peak = 1.0F, .failures = {AudioStep::OpenPropertyStore}}, Hidden},
       {"no ID", kRealtek, {.peak = 1.0F, .failures = {AudioStep::Id}}, Hidden},
   };

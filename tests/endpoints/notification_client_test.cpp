@@ -40,15 +40,17 @@ class NotificationClientTest : public testing::Test {
 
 TEST_F(NotificationClientTest, AnswersForItsTwoInterfaces) {
   void* const sink = static_cast<platform::EndpointNotificationSink*>(&client_);
-  const std::pair<const char16_t*, void*> cases[] = {
-      {u"{00000000-0000-0000-C000-000000000046}", sink},
-      {u"{7991EEC9-7E89-4D85-8390-6C703CEC60C0}", sink},
-      {u"{7991EEC9-7E89-4D85-8390-6C703CEC60C1}", nullptr}};
-  for (const auto& [id, expected] : cases) {
+  const struct {
+    const char16_t* id;
+    HResult result;
+    void* object;
+  } cases[] = {{u"{00000000-0000-0000-C000-000000000046}", HResult::Ok, sink},
+               {u"{7991EEC9-7E89-4D85-8390-6C703CEC60C0}", HResult::Ok, sink},
+               {u"{7991EEC9-7E89-4D85-8390-6C703CEC60C1}", HResult::NoInterface, nullptr}};
+  for (const auto& c : cases) {
     void* object = this;
-    EXPECT_EQ(client_.QueryInterface(*platform::GuidFromString(id), &object),
-              expected != nullptr ? HResult::Ok : HResult::NoInterface);
-    EXPECT_EQ(object, expected);
+    EXPECT_EQ(client_.QueryInterface(*platform::GuidFromString(c.id), &object), c.result);
+    EXPECT_EQ(object, c.object);
   }
   EXPECT_EQ(client_.AddRef(), 4U) << "two look-ups and the first reference";
   EXPECT_EQ(client_.Release(), 3U);
@@ -105,6 +107,17 @@ TEST_F(NotificationClientTest, EveryKindOfReportEvaluatesWhatHoldsAfterThePause)
   EXPECT_THAT(clock_.Sleeps(), testing::Each(std::chrono::milliseconds(100)));
   EXPECT_GE(clock_.Sleeps().size(), 12U);
   EXPECT_EQ(devices_.Calls(AudioStep::UnregisterCallback), 2) << "once for each registration";
+}
+
+TEST_F(NotificationClientTest, FollowsTheServiceUntilUnregistered) {
+  ASSERT_EQ(client_.Register(), HResult::Ok);
+  devices_.SetPeak(u"screen", 0.5F);
+  devices_.WaitUntilDelivered();
+  EXPECT_EQ(client_.endpointWarning, Shown);
+  client_.Unregister();
+  devices_.Remove(u"screen");
+  devices_.WaitUntilDelivered();
+  EXPECT_EQ(client_.endpointWarning, Shown);
 }
 
 }  // namespace

@@ -197,6 +197,16 @@ TEST_F(RegistryWatcherTest, ReportsAtItsFirstWakeWhatTheWindowMissed) {
   EXPECT_EQ(UM_SETTING_CHANGED, 0x403U);
 }
 
+TEST_F(RegistryWatcherTest, KeepsFortyNineUnitsOfAnEndpointsName) {
+  const std::u16string guid(60, u'g');
+  fakeDevices_.Add({.id = u"long", .guid = guid, .jackSubType = kSpeaker});
+  fakeDevices_.SetDefault(u"long");
+  SetJack(u"6", 1, guid.substr(0, 49));
+  Start(guid);
+  SetJack(u"4", 1, guid.substr(0, 49));
+  ExpectPosts({Headphone});
+}
+
 TEST_F(RegistryWatcherTest, KeepsTheIndexWhileARouteHasNoSettings) {
   Start();
   SetJack(u"20", 1);  // no "Settings" key for the subwoofer yet

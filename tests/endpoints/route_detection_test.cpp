@@ -40,6 +40,7 @@ TEST(RouteDetection, JackStateBeatsSstFlagBeatsHint) {
     OutputPath expected;
   } cases[] = {
       {kNone, kNone, {}, LineOut},
+      {0, kNone, {}, LineOut},
       {1, kNone, {}, InternalSpeaker},
       {2, kNone, {}, Headphone},
       {3, kNone, {}, SpeakerWithSubwoofer},
@@ -50,13 +51,17 @@ TEST(RouteDetection, JackStateBeatsSstFlagBeatsHint) {
       {2, 1, {{u"6", 0}}, LineOut},
       {2, 1, {{u"6", 7}}, InternalSpeaker},
       {kNone, kNone, {{u"6", 1}, {u"20", 5}}, SpeakerWithSubwoofer},
+      {2, kNone, {{u"20", 1}}, Headphone},
       {2, kNone, {{u"6", 0}, {u"20", 1}}, LineOut},
       {1, kNone, {{u"4", 1}}, Headphone},
       {1, kNone, {{u"4", 2}}, LineOut},
       {kNone, kNone, {{u"6", 1}, {u"20", 1}, {u"4", 1}}, Headphone},
+      {kNone, kNone, {{u"6", 1}, {u"4", 0}}, InternalSpeaker},
       {kNone, kNone, {{u"6", 1}, {u"20", 1}, {u"1", 1}}, Headphone},
       {kNone, kNone, {{u"4", 1}, {u"1", 0}}, Headphone},
       {2, kNone, {{u"1", 0}}, LineOut},
+      {2, kNone, {{u"1", 2}}, LineOut},
+      {kNone, kNone, {{u"1", 1}}, Headphone},
       {kNone, kNone, {{u"6", 1}, {u"20", 0}, {u"4", 0}, {u"1", 0}}, InternalSpeaker},
   };
   int number = 0;
@@ -150,10 +155,13 @@ TEST(JackState, IsWrittenTogetherUnderTheDriversNamesAndReadAsNumbers) {
           {OtherHeadphone, 1}, {Headphone, 0x01020304}, {Speaker, 6}, {Subwoofer, 20}}));
   EXPECT_EQ(registry.WriteScopes(), 1);
   EXPECT_EQ(registry.UnprotectedChanges(), 0);
-  EXPECT_EQ(support::ReadTree(inner, kJack).size(), 5U);
-  for (const char16_t* number : {u"1", u"4", u"6", u"20"}) {
-    EXPECT_EQ(support::GetValue(inner, kJack, support::kJackPrefix + number)->type,
-              RegistryType::Dword);
+  const auto stored = support::ReadTree(inner, kJack);
+  EXPECT_EQ(stored.size(), 5U);
+  for (const auto& [number, first] :
+       {std::pair(u"1", 1), std::pair(u"4", 4), std::pair(u"6", 6), std::pair(u"20", 20)}) {
+    const auto value = support::GetValue(inner, kJack, support::kJackPrefix + number);
+    EXPECT_EQ(value->type, RegistryType::Dword);
+    EXPECT_EQ(value->bytes[0], first);
   }
   EXPECT_EQ(platform::ReadJackValue(inner, kGuid, Headphone), 0x01020304U);
   EXPECT_EQ(platform::ReadJackValue(inner, u"{other}", Headphone), std::nullopt);

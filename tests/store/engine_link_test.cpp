@@ -77,15 +77,11 @@ TEST_F(EngineLinkTest, ActiveSettingIsWrittenForTheRouteAndItsTwin) {
   } cases[] = {
       {support::kSpeaker, LineOut, {{support::kLineConnector, u"3"}}},
       {support::kSpeaker, Headphone, {{support::kHeadphones, u"3"}}},
-      {lower, Headphone, {{support::kHeadphones, u"3"}}},
       {support::kSpeaker,
        InternalSpeaker,
        {{support::kSpeaker, u"3"}, {support::kSubwoofer, u"3"}}},
       {lower, SpeakerWithSubwoofer, {{lower, u"3"}, {support::kSubwoofer, u"3"}}},
       {lower, InternalSpeaker, {{lower, u"3"}, {support::kSubwoofer, u"3"}}},
-      {support::kSpeaker,
-       SpeakerWithSubwoofer,
-       {{support::kSubwoofer, u"3"}, {support::kSpeaker, u"3"}}},
       {support::kHeadphones, SpeakerWithSubwoofer, {{support::kHeadphones, u"3"}}},
   };
   for (const auto& c : cases) {
@@ -184,6 +180,19 @@ TEST_F(EngineLinkTest, ModeChangeSetsFourEventsOfEachActiveEndpointThenTheServic
   SignalParameterChange(engine_, store_);
   SignalModeChange(engine_);
   EXPECT_THAT(machine_.events.Sets(), ElementsAre(kService));
+}
+
+TEST_F(EngineLinkTest, NamesAreBuiltFromAnyGuidAndCut) {
+  machine_.audioDevices.Remove(u"speaker");
+  machine_.audioDevices.Remove(u"screen");
+  Add({.id = u"nameless"});
+  Add({.id = u"long", .guid = std::u16string(99, u'g')});
+  const std::u16string full = Event(u"G", std::u16string(99, u'g'));
+  SignalParameterChange(engine_, store_);
+  EXPECT_EQ(machine_.events.Sets().at(0), Event(u"G", u""));
+  EXPECT_EQ(machine_.events.Sets().at(3), full);
+  EXPECT_EQ(EndpointEventName(u"1234567890", std::u16string(300, u'x')),
+            u"1234567890" + std::u16string(139, u'x'));
 }
 
 }  // namespace

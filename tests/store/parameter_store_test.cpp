@@ -7,6 +7,7 @@
 
 #include "platform/fake/fake_registry.h"
 #include "store/active_mode.h"
+#include "store/path_key.h"
 #include "tests/support/failing_registry.h"
 #include "tests/support/registry_tree.h"
 #include "tests/support/routes.h"
@@ -26,6 +27,29 @@ constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 
 using Masks = std::map<std::u16string, std::set<std::uint32_t>>;
 
+TEST(PathKey, FollowsTheRouteForSpeakersAndTheJackForEverythingElse) {
+  using enum OutputPath;
+  const std::u16string speaker = support::kSpeaker;
+  const std::u16string lower = u"{dff21ce1-f70f-11d0-b917-00a0c9223196}";
+  const struct {
+    std::u16string jackSubType;
+    OutputPath route;
+    std::u16string expected;
+  } cases[] = {
+      {speaker, LineOut, support::kLineConnector},
+      {speaker, InternalSpeaker, speaker},
+      {speaker, Headphone, kHeadphones},
+      {speaker, SpeakerWithSubwoofer, support::kSubwoofer},
+      {lower, Headphone, kHeadphones},
+      {lower, InternalSpeaker, lower},
+      {kHeadphones, SpeakerWithSubwoofer, kHeadphones},
+      {u"", Headphone, u""},
+      {u"speaker", Headphone, u"speaker"},
+      {speaker + u" ", Headphone, speaker + u" "},
+  };
+  for (const auto& c : cases) EXPECT_EQ(ResolvePathKey(c.jackSubType, c.route), c.expected);
+}
+
 class ParameterStoreTest : public testing::Test {
  protected:
   // A store that has loaded setting 3, which holds nothing but Param1 = 1.
@@ -43,6 +67,19 @@ class ParameterStoreTest : public testing::Test {
   support::FailingRegistry registry_{inner_};
   ParameterStore store_;
 };
+
+TEST_F(ParameterStoreTest, VendorKeyGetsItsAccessListNewOrOld) {
+  const std::u16string expected = u"D:(A;OICI;KA;;;BU)(A;OICI;KA;;;AU)(A;OICI;KA;;;BA)";
+  for (const char16_t* existing : {u"SOFTWARE", u"SOFTWARE\\Norvane"}) {
+    platform::FakeRegistry inner;
+    support::FailingRegistry registry(inner);
+    support::MakeKey(inner, existing);
+    EnsureVendorKey(registry);
+    EXPECT_EQ(inner.AccessListOf(RegistryRoot::LocalMachine, u"SOFTWARE\\Norvane"), expected);
+    EXPECT_EQ(inner.AccessListOf(RegistryRoot::LocalMachine, u"SOFTWARE"), u"");
+    EXPECT_EQ(registry.Accesses(), (Masks{{u"SOFTWARE\\Norvane", {0xF013F}}}));
+  }
+}
 
 TEST_F(ParameterStoreTest, LoadFindsTheActiveSetting) {
   const std::u16string longest(99, u'7');
