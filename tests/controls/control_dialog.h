@@ -47,6 +47,17 @@ struct Notice {
   bool operator==(const Notice&) const = default;
 };
 
+class CountedKnob : public CPotentiometer {
+ public:
+  int paints = 0;
+
+ protected:
+  platform::LResult WindowProc(std::uint32_t message, WParam wParam, LParam lParam) override {
+    if (message == platform::message::kPaint) ++paints;
+    return CPotentiometer::WindowProc(message, wParam, lParam);
+  }
+};
+
 class NotingDialog : public platform::Dialog {
  public:
   NotingDialog() : Dialog(kTestTemplate) {
@@ -65,7 +76,7 @@ class NotingDialog : public platform::Dialog {
   }
 
   CPngSlider slider;
-  CPotentiometer knob;
+  CountedKnob knob;
   CFreqPlot plot;
   CPngCheckbox checkbox;
   CPngButton button;

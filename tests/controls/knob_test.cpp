@@ -150,6 +150,15 @@ TEST_F(ScaledKnobTest, TheCaptionIsCentredAtTheBottomAndCutAtNinetyNineLetters) 
   });
 }
 
+TEST_F(KnobTest, AnotherRangePaintsItAnew) {
+  Run([&] {
+    const int before = dialog_.knob.paints;
+    knob_.SetRange(0, 200);
+    Settle();
+    EXPECT_EQ(dialog_.knob.paints, before + 1);
+  });
+}
+
 TEST_F(KnobTest, TellsOfEachMessageThatTurnedIt) {
   Run([&] {
     const Notice changed = Changed(knob_, 11);

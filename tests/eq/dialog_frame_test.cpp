@@ -35,9 +35,12 @@ TEST(DialogFrameTest, TheTopEdgeMovesTheWindowAndTheHeaderOpensItsMenu) {
   }
   EXPECT_EQ(HitTestTopEdge({1009, 509}, window, {}), HitTest::SystemMenu);
   EXPECT_EQ(HitTestTopEdge({1010, 509}, window, {}), HitTest::Client);
-  EXPECT_TRUE(IsSystemMenuSpot({20, 35}));
-  EXPECT_FALSE(IsSystemMenuSpot({19, 30}));
-  EXPECT_FALSE(IsSystemMenuSpot({30, 19}));
+  for (const auto& [point, inside] :
+       {std::pair{Point{20, 35}, true}, std::pair{Point{35, 20}, true},
+        std::pair{Point{19, 30}, false}, std::pair{Point{30, 19}, false},
+        std::pair{Point{36, 30}, false}, std::pair{Point{30, 36}, false}}) {
+    EXPECT_EQ(IsSystemMenuSpot(point), inside) << point.x << "," << point.y;
+  }
 }
 
 TEST(DialogFrameTest, LinesAndHeaderGrowWithTheResolution) {

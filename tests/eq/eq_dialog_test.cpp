@@ -117,7 +117,21 @@ TEST_F(EqDialogTest, WithoutThreeLayersThereIsNothingToExpand) {
     EXPECT_EQ(dialog.Send(msg::kNonClientHitTest, 0,
                           platform::PointToLParam({place.left + 121, place.top + 38})),
               static_cast<platform::LResult>(platform::HitTest::SystemMenu));
+    // The system uses the low bits of its commands for itself.
+    platform::PostToWindow(dialog.Handle(), msg::kSystemCommand, 16 + 3, 0);
   });
+  const auto about = [] {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (widget->isVisible() && widget->windowTitle() == "About Tonalyx") return widget;
+    }
+    return static_cast<QWidget*>(nullptr);
+  };
+  dialog.Then([&] { return about() != nullptr; });
+  dialog.ThenDo([&] {
+    EXPECT_EQ(about()->size(), QSize(296, 124));
+    about()->close();
+  });
+  dialog.Then([&] { return about() == nullptr; });
   dialog.ThenDo([&] { dialog.Send(msg::kCommand, platform::MakeWParam(32774, 0), 0); });
   dialog.Then([] { return false; });
   EXPECT_EQ(dialog.DoModal(), 2);

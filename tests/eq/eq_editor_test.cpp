@@ -148,6 +148,20 @@ TEST_F(EqEditorTest, ControlsThatTakeTheirPlacesBeforeTheFirstSetEditNothing) {
   EXPECT_EQ(dsp::GetBand(editor_->Store().values, 1).type, 3.0F) << "that is a choice at any time";
 }
 
+TEST_F(EqEditorTest, OpensWithTheInitialValuesWhenNothingIsStored) {
+  machine_.SetRoute(3);
+  for (const std::u16string& endpoint : {std::u16string(u"speaker"), std::u16string()}) {
+    machine_.audioDevices.SetDefault(endpoint);
+    EqEditor editor({machine_.registry, machine_.events, machine_.audioDevices}, view_);
+    const endpoints::WatchStart watch = editor.LoadFirstSet();
+    EXPECT_EQ(watch.outputPath, OutputPath::SpeakerWithSubwoofer);
+    EXPECT_EQ(watch.endpointGuid, endpoint);
+    EXPECT_EQ(watch.settingIndex, 0);
+    EXPECT_EQ(editor.Store().activeSetting, u"1");
+    EXPECT_EQ(editor.Store().values, dsp::InitialParameters());
+  }
+}
+
 TEST_F(EqEditorTest, OpensWithTheStoredSetOfTheRoute) {
   machine_.SetRoute(2);
   machine_.SetActive(kHeadphonesPathKey, u"5");

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace ui {
 namespace {
 
+using platform::HitTest;
 using platform::Point;
 using platform::Rect;
 using platform::Size;
@@ -70,6 +73,19 @@ TEST(MainLayoutTest, LaterElementsHideEarlierOnes) {
   EXPECT_EQ(hit(kHuge, kHuge, {}, {}), Element::Advanced);
   EXPECT_EQ(hit(kHuge, kHuge, kHuge, {}), Element::Done);
   EXPECT_EQ(hit(kHuge, kHuge, kHuge, kHuge), Element::MakerLogo);
+}
+
+TEST(MainLayoutTest, CaptionStrip) {
+  // A window that lies partly left of and above the screen.
+  const Rect window{-40, -7, 611, 447};
+  for (const auto& [scale, x, y, hit] :
+       {std::tuple{1.0, 0, 0, HitTest::Caption}, std::tuple{1.0, 530, 35, HitTest::Caption},
+        std::tuple{1.0, 531, 35, HitTest::Client}, std::tuple{1.0, 530, 36, HitTest::Client},
+        std::tuple{1.25, 662, 43, HitTest::Caption}, std::tuple{1.25, 663, 43, HitTest::Client},
+        std::tuple{1.25, 662, 44, HitTest::Client}}) {
+    const MainLayout layout(Skin::Standard, scale, kStandardSizes);
+    EXPECT_EQ(layout.HitTestCaption({window.left + x, window.top + y}, window), hit) << x;
+  }
 }
 
 }  // namespace

@@ -61,6 +61,23 @@ TEST_F(ModeSelectionTest, WithoutASettingTheFirstModeIsAppliedWhereThereIsAnEndp
   EXPECT_TRUE(machine_.events.Calls().empty());
 }
 
+TEST_F(ModeSelectionTest, AClickWritesOnceAndToTheRouteThatIsCurrentThen) {
+  WriteSetting(kSpeakerPathKey, u"1");
+  ASSERT_TRUE(modes_.Load());
+  EXPECT_FALSE(modes_.Select(0)) << "already selected";
+  EXPECT_TRUE(modes_.Select(2));
+  EXPECT_TRUE(modes_.Apply());
+  EXPECT_EQ(ReadSetting(kSpeakerPathKey), u"3");
+  EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents());
+
+  machine_.SetRoute(2);
+  EXPECT_TRUE(modes_.Select(5));
+  EXPECT_TRUE(modes_.Apply());
+  EXPECT_EQ(ReadSetting(kHeadphonesPathKey), u"6");
+  EXPECT_EQ(ReadSetting(kSpeakerPathKey), u"3");
+  EXPECT_EQ(modes_.OutputPath(), OutputPath::Headphone);
+}
+
 TEST_F(ModeSelectionTest, FollowsAChangeWithoutWriting) {
   WriteSetting(kSpeakerPathKey, u"1");
   WriteSetting(kHeadphonesPathKey, u"5");

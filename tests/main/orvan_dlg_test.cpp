@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <QWidget>
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -78,6 +79,41 @@ TEST_F(OrvanDlgTest, ShowsWhatIsHoveredClickedAndSetElsewhere) {
   });
   EXPECT_EQ(window.DoModal(), kScriptEnded);
   EXPECT_EQ(ReadSetting(kSpeakerPathKey), u"5");
+}
+
+TEST_F(OrvanDlgTest, LooksForTheWarningOnceASecond) {
+  ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
+  std::chrono::steady_clock::time_point first;
+  window.Then([&] { return window.Received(msg::kTimer) == 1; });
+  window.ThenDo([&] {
+    first = std::chrono::steady_clock::now();
+    PlayElsewhere();
+  });
+  platform::Bitmap before = Solid({1, 1}, 0);
+  window.ThenDo([&] {
+    Settle();
+    before = WindowPicture({150, 362, 620, 384});
+  });
+  window.Then([&] { return !SamePixels(before, WindowPicture({150, 362, 620, 384})); });
+  EXPECT_EQ(window.DoModal(), kScriptEnded);
+  const auto seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - first);
+  EXPECT_GT(seconds.count(), 0.7);
+  EXPECT_LT(seconds.count(), 2.3);
+}
+
+TEST_F(OrvanDlgTest, OpensWithoutAnEndpointAndLeavesWhatItRegistered) {
+  machine_.audioDevices.SetDefault(u"");
+  {
+    ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
+    window.ThenDo([&] {
+      EXPECT_TRUE(machine_.audioDevices.HasSinks());
+      window.ClickAt(500, 200);
+    });
+    EXPECT_EQ(window.DoModal(), kScriptEnded);
+  }
+  EXPECT_EQ(ReadSetting(kSpeakerPathKey), u"");
+  EXPECT_TRUE(machine_.events.Calls().empty());
+  EXPECT_FALSE(machine_.audioDevices.HasSinks());
 }
 
 TEST_F(OrvanDlgTest, TheLogoOpensTheMakersSite) {
