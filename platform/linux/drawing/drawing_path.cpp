@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <vector>
 
 #include "platform/linux/drawing/drawing_impl.h"
 
@@ -23,9 +22,6 @@ double EllipseParameter(const RectF& box, double angle) {
   return parameter + turns * 360.0;
 }
 
-// Far outside of any surface, near enough for the rasteriser's fixed-point numbers.
-constexpr qreal kFar = 1.0e5;
-
 }  // namespace
 
 void AppendArc(QPainterPath& path, bool figureOpen, const RectF& box, float startAngle,
@@ -38,27 +34,6 @@ void AppendArc(QPainterPath& path, bool figureOpen, const RectF& box, float star
   const double to = EllipseParameter(box, start + sweep);
   if (!figureOpen) path.arcMoveTo(rect, -from);
   path.arcTo(rect, -from, from - to);
-}
-
-QPainterPath CardinalSpline(std::span<const PointF> points, float tension) {
-  std::vector<QPointF> knots;
-  knots.reserve(points.size());
-  for (const PointF& point : points) {
-    if (std::isnan(point.x) || std::isnan(point.y)) continue;
-    knots.emplace_back(std::clamp(static_cast<qreal>(point.x), -kFar, kFar),
-                       std::clamp(static_cast<qreal>(point.y), -kFar, kFar));
-  }
-  QPainterPath path;
-  if (knots.size() < 2) return path;
-  const qreal pull = static_cast<qreal>(tension) / 3.0;
-  path.moveTo(knots.front());
-  for (std::size_t i = 0; i + 1 < knots.size(); ++i) {
-    const QPointF& before = knots[i == 0 ? 0 : i - 1];
-    const QPointF& after = knots[std::min(i + 2, knots.size() - 1)];
-    path.cubicTo(knots[i] + pull * (knots[i + 1] - before),
-                 knots[i + 1] - pull * (after - knots[i]), knots[i + 1]);
-  }
-  return path;
 }
 
 Path::Path() : impl_(std::make_unique<Impl>()) {}

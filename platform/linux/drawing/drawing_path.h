@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QPainterPath>
-#include <span>
 
 #include "platform/drawing.h"
 
@@ -12,8 +11,5 @@ namespace platform {
 // the arc is joined to the path's end by a straight line.
 void AppendArc(QPainterPath& path, bool figureOpen, const RectF& box, float startAngle,
                float sweepAngle);
-
-// A cardinal spline through the points; points that are no numbers are left out.
-QPainterPath CardinalSpline(std::span<const PointF> points, float tension);
 
 }  // namespace platform

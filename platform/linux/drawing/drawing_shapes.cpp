@@ -2,7 +2,10 @@
 #include <QPolygonF>
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <vector>
 
+#include "platform/cardinal_spline.h"
 #include "platform/linux/drawing/drawing_impl.h"
 #include "platform/linux/drawing/drawing_path.h"
 
@@ -166,7 +169,13 @@ void Graphics::DrawPath(const Pen& pen, const Path& path) {
 }
 
 void Graphics::DrawCurve(const Pen& pen, std::span<const PointF> points, float tension) {
-  if (impl_->painter.isActive()) StrokeShape(*impl_, CardinalSpline(points, tension), pen);
+  if (!impl_->painter.isActive()) return;
+  const std::vector<SplinePoint> spline = CardinalSpline(points, tension);
+  if (spline.empty()) return;
+  const auto at = [&spline](std::size_t i) { return QPointF(spline[i].x, spline[i].y); };
+  QPainterPath path(at(0));
+  for (std::size_t i = 1; i < spline.size(); i += 3) path.cubicTo(at(i), at(i + 1), at(i + 2));
+  StrokeShape(*impl_, path, pen);
 }
 
 }  // namespace platform
