@@ -2,11 +2,9 @@
 
 #include <windows.h>
 
-// These two name types that the header above leaves out.
 #include <commctrl.h>
-#include <objidl.h>
 
-#include <gdiplus.h>
+#include "platform/windows/drawing/gdiplus_interface.h"
 
 namespace platform {
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "platform/endpoint_list.h"
-#include "platform/windows/audio/com_pointer.h"
+#include "platform/windows/com_pointer.h"
 
 namespace platform {
 

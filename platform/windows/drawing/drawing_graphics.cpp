@@ -1,0 +1,166 @@
+#include <utility>
+
+#include "platform/windows/drawing/coordinates.h"
+#include "platform/windows/drawing/drawing_impl.h"
+
+namespace platform {
+namespace {
+
+// While it lives, images are laid pixel upon pixel, or over the whole of their target.
+class ImagePlacement {
+ public:
+  ImagePlacement(Gdiplus::Graphics& surface, Gdiplus::InterpolationMode interpolation)
+      : surface_(surface),
+        interpolation_(surface.GetInterpolationMode()),
+        offset_(surface.GetPixelOffsetMode()) {
+    surface_.SetInterpolationMode(interpolation);
+    surface_.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
+  }
+  ~ImagePlacement() {
+    surface_.SetInterpolationMode(interpolation_);
+    surface_.SetPixelOffsetMode(offset_);
+  }
+  ImagePlacement(const ImagePlacement&) = delete;
+  ImagePlacement& operator=(const ImagePlacement&) = delete;
+
+ private:
+  Gdiplus::Graphics& surface_;
+  Gdiplus::InterpolationMode interpolation_;
+  Gdiplus::PixelOffsetMode offset_;
+};
+
+}  // namespace
+
+Graphics::Graphics(Bitmap& target) : impl_(std::make_unique<Impl>(target.Native().image)) {}
+Graphics::Graphics(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
+Graphics::~Graphics() = default;
+
+float Graphics::DpiX() const {
+  return impl_->surface.GetDpiX();
+}
+float Graphics::DpiY() const {
+  return impl_->surface.GetDpiY();
+}
+
+void Graphics::SetCompositingMode(CompositingMode mode) {
+  impl_->surface.SetCompositingMode(mode == CompositingMode::SourceCopy
+                                        ? Gdiplus::CompositingModeSourceCopy
+                                        : Gdiplus::CompositingModeSourceOver);
+}
+
+void Graphics::SetCompositingQuality(CompositingQuality quality) {
+  switch (quality) {
+    case CompositingQuality::Default:
+      impl_->surface.SetCompositingQuality(Gdiplus::CompositingQualityDefault);
+      return;
+    case CompositingQuality::HighSpeed:
+      impl_->surface.SetCompositingQuality(Gdiplus::CompositingQualityHighSpeed);
+      return;
+    case CompositingQuality::HighQuality:
+      impl_->surface.SetCompositingQuality(Gdiplus::CompositingQualityHighQuality);
+      return;
+  }
+}
+
+void Graphics::SetSmoothingMode(SmoothingMode mode) {
+  switch (mode) {
+    case SmoothingMode::None:
+      impl_->surface.SetSmoothingMode(Gdiplus::SmoothingModeNone);
+      return;
+    case SmoothingMode::HighSpeed:
+      impl_->surface.SetSmoothingMode(Gdiplus::SmoothingModeHighSpeed);
+      return;
+    case SmoothingMode::AntiAlias:
+      impl_->surface.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
+      return;
+  }
+}
+
+void Graphics::SetPixelOffsetMode(PixelOffsetMode mode) {
+  switch (mode) {
+    case PixelOffsetMode::Default:
+      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeDefault);
+      return;
+    case PixelOffsetMode::None:
+      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeNone);
+      return;
+    case PixelOffsetMode::HighSpeed:
+      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHighSpeed);
+      return;
+    case PixelOffsetMode::HighQuality:
+      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHighQuality);
+      return;
+    case PixelOffsetMode::Half:
+      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
+      return;
+  }
+}
+
+void Graphics::SetInterpolationMode(InterpolationMode mode) {
+  switch (mode) {
+    case InterpolationMode::Default:
+      impl_->surface.SetInterpolationMode(Gdiplus::InterpolationModeDefault);
+      return;
+    case InterpolationMode::NearestNeighbor:
+      impl_->surface.SetInterpolationMode(Gdiplus::InterpolationModeNearestNeighbor);
+      return;
+    case InterpolationMode::Bilinear:
+      impl_->surface.SetInterpolationMode(Gdiplus::InterpolationModeBilinear);
+      return;
+    case InterpolationMode::HighQualityBicubic:
+      impl_->surface.SetInterpolationMode(Gdiplus::InterpolationModeHighQualityBicubic);
+      return;
+  }
+}
+
+void Graphics::SetTextRenderingHint(TextRenderingHint hint) {
+  switch (hint) {
+    case TextRenderingHint::SystemDefault:
+      impl_->surface.SetTextRenderingHint(Gdiplus::TextRenderingHintSystemDefault);
+      return;
+    case TextRenderingHint::AntiAlias:
+      impl_->surface.SetTextRenderingHint(Gdiplus::TextRenderingHintAntiAlias);
+      return;
+    case TextRenderingHint::AntiAliasGridFit:
+      impl_->surface.SetTextRenderingHint(Gdiplus::TextRenderingHintAntiAliasGridFit);
+      return;
+  }
+}
+
+void Graphics::SetClip(const Rect& clip) {
+  impl_->surface.SetClip(ToNative(clip));
+}
+
+void Graphics::ResetClip() {
+  impl_->surface.ResetClip();
+}
+
+void Graphics::Clear(Argb color) {
+  impl_->surface.Clear(Gdiplus::Color(color));
+}
+
+void Graphics::DrawImage(const Bitmap& image, std::int32_t x, std::int32_t y) {
+  const Bitmap::Impl& source = image.Native();
+  DrawImage(image, Rect{x, y, x + source.width, y + source.height});
+}
+
+void Graphics::DrawImage(const Bitmap& image, const Rect& target) {
+  if (target.Width() <= 0 || target.Height() <= 0) return;
+  const Bitmap::Impl& source = image.Native();
+  const bool exact = target.Width() == source.width && target.Height() == source.height;
+  const ImagePlacement placement(impl_->surface, exact ? Gdiplus::InterpolationModeNearestNeighbor
+                                                       : impl_->surface.GetInterpolationMode());
+  // Edges are mirrored where they would else mix with the transparency around them.
+  Gdiplus::ImageAttributes mirrored;
+  mirrored.SetWrapMode(Gdiplus::WrapModeTileFlipXY);
+  impl_->surface.DrawImage(&source.image, ToNative(target), 0, 0, source.width, source.height,
+                           Gdiplus::UnitPixel, exact ? nullptr : &mirrored);
+}
+
+void Graphics::FillTiled(const Bitmap& tile, const Rect& area) {
+  const ImagePlacement placement(impl_->surface, Gdiplus::InterpolationModeNearestNeighbor);
+  const Gdiplus::TextureBrush brush(&tile.Native().image, Gdiplus::WrapModeTile);
+  impl_->surface.FillRectangle(&brush, ToNative(area));
+}
+
+}  // namespace platform
