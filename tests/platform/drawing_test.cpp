@@ -6,6 +6,7 @@
 #include <limits>
 #include <numbers>
 
+#include "tests/support/lacks.h"
 #include "tests/support/picture_box.h"
 
 namespace platform {
@@ -14,7 +15,7 @@ namespace {
 constexpr Argb kRed = 0xFFFF0000;
 constexpr Argb kWhite = 0xFFFFFFFF;
 
-class Drawing : public testing::Test {
+class Drawing : public support::SkipsWhatLacks {
  protected:
   Drawing() { graphics_.SetSmoothingMode(SmoothingMode::AntiAlias); }
 

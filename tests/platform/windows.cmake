@@ -13,3 +13,9 @@ tonalyx_test(registry_test
 tonalyx_test(platform_core_test
   SOURCES ${CMAKE_CURRENT_LIST_DIR}/text_test.cpp
   LIBS tonalyx_backend)
+
+tonalyx_test(drawing_test
+  SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/drawing_test.cpp
+    ${CMAKE_SOURCE_DIR}/tests/support/drawing_session.cpp
+  LIBS tonalyx_platform_windows_drawing tonalyx_backend)

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 
 #include "platform/windows/drawing/coordinates.h"
@@ -29,9 +30,21 @@ class ImagePlacement {
   Gdiplus::PixelOffsetMode offset_;
 };
 
+// The library itself may copy by way of colours that are not premultiplied, which loses some.
+void CopyPixels(const Bitmap::Impl& source, std::int32_t x, std::int32_t y, Bitmap::Impl& target,
+                Gdiplus::Graphics& surface) {
+  surface.Flush(Gdiplus::FlushIntentionSync);
+  Gdiplus::Rect area;
+  surface.GetVisibleClipBounds(&area);
+  if (!area.Intersect({x, y, source.width, source.height})) return;
+  for (INT row = area.GetTop(); row < area.GetBottom(); ++row) {
+    std::copy_n(source.At(area.X - x, row - y), area.Width, target.At(area.X, row));
+  }
+}
+
 }  // namespace
 
-Graphics::Graphics(Bitmap& target) : impl_(std::make_unique<Impl>(target.Native().image)) {}
+Graphics::Graphics(Bitmap& target) : impl_(std::make_unique<Impl>(target.Native())) {}
 Graphics::Graphics(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
 Graphics::~Graphics() = default;
 
@@ -148,6 +161,10 @@ void Graphics::DrawImage(const Bitmap& image, const Rect& target) {
   if (target.Width() <= 0 || target.Height() <= 0) return;
   const Bitmap::Impl& source = image.Native();
   const bool exact = target.Width() == source.width && target.Height() == source.height;
+  if (exact && impl_->target != nullptr &&
+      impl_->surface.GetCompositingMode() == Gdiplus::CompositingModeSourceCopy) {
+    return CopyPixels(source, target.left, target.top, *impl_->target, impl_->surface);
+  }
   const ImagePlacement placement(impl_->surface, exact ? Gdiplus::InterpolationModeNearestNeighbor
                                                        : impl_->surface.GetInterpolationMode());
   // Edges are mirrored where they would else mix with the transparency around them.

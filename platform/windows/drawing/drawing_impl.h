@@ -15,12 +15,15 @@ struct Bitmap::Impl {
   // All pixels start transparent.
   Impl(std::int32_t givenWidth, std::int32_t givenHeight);
 
-  std::uint32_t* At(std::int32_t x, std::int32_t y) {
-    return &pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                   static_cast<std::size_t>(x)];
-  }
+  std::uint32_t* At(std::int32_t x, std::int32_t y) { return &pixels[Index(x, y)]; }
+  const std::uint32_t* At(std::int32_t x, std::int32_t y) const { return &pixels[Index(x, y)]; }
   bool Contains(std::int32_t x, std::int32_t y) const {
     return x >= 0 && x < width && y >= 0 && y < height;
+  }
+
+  std::size_t Index(std::int32_t x, std::int32_t y) const {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+           static_cast<std::size_t>(x);
   }
 
   std::int32_t width;
@@ -42,10 +45,11 @@ struct Path::Impl {
 };
 
 struct Graphics::Impl {
-  explicit Impl(Gdiplus::Image& image) : surface(&image) {}
+  explicit Impl(Bitmap::Impl& bitmap) : surface(&bitmap.image), target(&bitmap) {}
   explicit Impl(HDC context) : surface(context) {}
 
   Gdiplus::Graphics surface;
+  Bitmap::Impl* target = nullptr;  // null for a device context
 };
 
 }  // namespace platform
