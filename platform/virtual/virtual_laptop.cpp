@@ -1,20 +1,12 @@
 #include "platform/virtual/virtual_laptop.h"
 
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <utility>
 
+#include "platform/replace_file.h"
+
 namespace platform {
 namespace {
-
-std::optional<std::string> ReadWhole(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) return std::nullopt;
-  std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-  if (stream.bad()) return std::nullopt;
-  return text;
-}
 
 LaptopFile BareMachine() {
   LaptopFile laptop;
@@ -35,7 +27,7 @@ VirtualLaptop::VirtualLaptop(std::filesystem::path file, ReportLine report)
     : file_(std::move(file)), report_(std::move(report)) {}
 
 LaptopFile VirtualLaptop::Read() {
-  const std::optional<std::string> text = ReadWhole(file_);
+  const std::optional<std::string> text = ReadWholeFile(file_);
   if (!text) {
     Report(NameOf(file_) + ": cannot be read");
     return BareMachine();

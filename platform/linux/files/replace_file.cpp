@@ -5,6 +5,8 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "platform/linux/files/file_descriptor.h"
@@ -39,6 +41,14 @@ bool ReplaceWholeFile(const std::filesystem::path& path, std::string_view bytes)
   if (WriteAll(file, bytes) && std::rename(fresh.c_str(), path.c_str()) == 0) return true;
   unlink(fresh.c_str());
   return false;
+}
+
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream) return std::nullopt;
+  std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+  if (stream.bad()) return std::nullopt;
+  return text;
 }
 
 }  // namespace platform
