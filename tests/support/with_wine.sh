@@ -19,6 +19,8 @@ make_prefix() {
   local fresh=$WINEPREFIX.fresh
   rm -rf "$fresh"
   WINEPREFIX=$fresh wineboot --init >/dev/null 2>&1
+  # Wine's own, whose widths and heights are those of the fonts that dialogs are laid out for.
+  ln -s /usr/share/wine/fonts/tahoma*.ttf "$fresh"/drive_c/windows/[Ff]onts/
   WINEPREFIX=$fresh wine regedit /S "$(dirname "$0")/wine_prefix.reg" >/dev/null 2>&1
   # Written down only when the server goes.
   WINEPREFIX=$fresh wineserver -k -w 2>/dev/null || WINEPREFIX=$fresh wineserver -w

@@ -20,6 +20,12 @@ LRESULT SkinnedWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         TellWhatIsReached();
       }
       return Default(message, wParam, lParam);
+    case WM_NCLBUTTONDOWN: {
+      const LRESULT result = Default(message, wParam, lParam);
+      // Some systems show the button of the caption that is not there pressed.
+      if (wParam == HTSYSMENU) Target().Invalidate(platform::Erase::No);
+      return result;
+    }
     default:
       return DialogWindow::OnMessage(message, wParam, lParam);
   }
