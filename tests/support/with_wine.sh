@@ -34,5 +34,9 @@ if [ ! -d "$WINEPREFIX" ]; then
     [ -d "$WINEPREFIX" ] || make_prefix
   ) 9>"$WINEPREFIX.lock"
 fi
-wineserver -p60 2>/dev/null || true
+if ! wineserver -k0 2>/dev/null; then
+  # What the first program starts beside itself would keep waiting whoever reads our output.
+  wineserver -p60 >/dev/null 2>&1 || true
+  wine cmd /c exit >/dev/null 2>&1 || true
+fi
 exec wine "$@"
