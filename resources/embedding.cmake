@@ -1,18 +1,5 @@
-# The pictures become part of the program file: an assembler file takes their bytes in, a table
-# names them. A picture that is added or changed is taken in by the next build.
-file(GLOB png_files CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/png/*.png)
-file(GLOB icon_files CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/icons/*.png)
-set(bitmap_file ${CMAKE_CURRENT_SOURCE_DIR}/png/132.png)
-set(icon_id 16)
-list(REMOVE_ITEM png_files ${bitmap_file})
-list(SORT png_files COMPARE NATURAL)
-list(SORT icon_files COMPARE NATURAL ORDER DESCENDING)  # the largest first
-
-if(WIN32)
-  set(embedded_assembly ".section .rdata,\"dr\"\n")
-else()
-  set(embedded_assembly ".section .rodata\n")
-endif()
+# An assembler file takes the pictures' bytes in, a table names them.
+set(embedded_assembly ".section .rodata\n")
 set(embedded_declarations "")
 set(embedded_rows "")
 function(tonalyx_embed type id file)
@@ -33,13 +20,11 @@ foreach(file IN LISTS png_files)
   get_filename_component(id ${file} NAME_WE)
   tonalyx_embed(Png ${id} ${file})
 endforeach()
-tonalyx_embed(Bitmap 132 ${bitmap_file})
+tonalyx_embed(Bitmap ${bitmap_id} ${bitmap_file})
 foreach(file IN LISTS icon_files)
   tonalyx_embed(Icon ${icon_id} ${file})
 endforeach()
-if(NOT WIN32)
-  string(APPEND embedded_assembly ".section .note.GNU-stack,\"\",%progbits\n")
-endif()
+string(APPEND embedded_assembly ".section .note.GNU-stack,\"\",%progbits\n")
 
 set(embedded_folder ${CMAKE_BINARY_DIR}/generated/resources)
 file(CONFIGURE OUTPUT ${embedded_folder}/embedded_files.S CONTENT "${embedded_assembly}" @ONLY)

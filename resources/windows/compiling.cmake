@@ -1,0 +1,52 @@
+# The program's resources in the system's own form: the script names them, the header gives it the
+# numbers of the tables' header, the list takes in the pictures.
+set(compiled_folder ${CMAKE_BINARY_DIR}/generated/resources)
+set(ids_header ${CMAKE_SOURCE_DIR}/resources/resource_ids.h)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ids_header})
+
+file(STRINGS ${ids_header} id_lines REGEX "^inline constexpr std::uint16_t k")
+set(numbers "")
+foreach(line IN LISTS id_lines)
+  string(REGEX REPLACE ".* (k[A-Za-z0-9]+) = ([0-9]+);.*" "#define \\1 \\2\n" define "${line}")
+  string(APPEND numbers "${define}")
+endforeach()
+string(REPLACE "." "," version_words ${PROJECT_VERSION}.0)
+string(APPEND numbers "#define VERSION_WORDS ${version_words}\n"
+  "#define VERSION_TEXT \"${PROJECT_VERSION}\"\n")
+file(CONFIGURE OUTPUT ${compiled_folder}/numbers.rch CONTENT "${numbers}" @ONLY)
+
+# An icon is a directory of images; each image is a resource of its own, numbered from 1.
+set(pictures "${bitmap_id} PNGBITMAP \"${bitmap_file}\"\n")
+foreach(file IN LISTS png_files)
+  get_filename_component(id ${file} NAME_WE)
+  string(APPEND pictures "${id} PNG \"${file}\"\n")
+endforeach()
+list(LENGTH icon_files image_count)
+set(directory "0, 1, ${image_count}")
+set(image 0)
+foreach(file IN LISTS icon_files)
+  math(EXPR image "${image} + 1")
+  get_filename_component(name ${file} NAME_WE)
+  string(REGEX MATCH "[0-9]+$" side ${name})
+  # A byte each for width and height, where 256 is 0; then no colours, planes, bits, bytes, number.
+  math(EXPR measures "(${side} % 256) * 257")
+  file(SIZE ${file} bytes)
+  string(APPEND directory ",\n  ${measures}, 0, 1, 32, ${bytes}L, ${image}")
+  string(APPEND pictures "${image} RT_ICON_TYPE \"${file}\"\n")
+endforeach()
+string(APPEND pictures "${icon_id} RT_GROUP_ICON_TYPE {\n  ${directory}\n}\n")
+file(CONFIGURE OUTPUT ${compiled_folder}/pictures.rc CONTENT "${pictures}" @ONLY)
+
+# An object, since a linker leaves out of a library what no code refers to.
+add_library(tonalyx_compiled_resources OBJECT ${CMAKE_CURRENT_LIST_DIR}/tonalyx.rc)
+set_target_properties(tonalyx_compiled_resources PROPERTIES COMPILE_OPTIONS "" COMPILE_DEFINITIONS "")
+target_include_directories(tonalyx_compiled_resources PRIVATE ${compiled_folder}
+  ${CMAKE_CURRENT_LIST_DIR})
+set(compiled_files ${compiled_folder}/numbers.rch ${compiled_folder}/pictures.rc
+  ${CMAKE_CURRENT_LIST_DIR}/tonalyx.manifest ${png_files} ${bitmap_file} ${icon_files})
+set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/tonalyx.rc PROPERTIES
+  OBJECT_DEPENDS "${compiled_files}")
+
+tonalyx_library(tonalyx_resources
+  SOURCES ${CMAKE_SOURCE_DIR}/platform/windows/resources/compiled_resources.cpp
+  LIBS tonalyx_platform $<TARGET_OBJECTS:tonalyx_compiled_resources>)
