@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
 # One short session with the panel on a display that nobody sees: a click on a mode, headphones in
 # and out, the advanced dialog. Prints what the engine received, leaves pictures of every window.
+#   session.sh [BIN PICTURES [STARTER]]   STARTER runs programs that end in ".exe"
 set -euo pipefail
 top=$(cd "$(dirname "$0")/../.." && pwd)
-bin=$top/build/bin
-pictures=$top/build/screenshots
+bin=${1-$top/build/bin}
+pictures=${2-$top/build/screenshots}
 mkdir -p "$pictures"
+starter=${3-}
+program() { command=(${starter:+"$starter"} "$bin/$1${starter:+.exe}"); }
 
 # wait_for TITLE: prints the window's number once it is on the screen.
 wait_for() {
@@ -26,13 +29,25 @@ click() {
   sleep 0.4
 }
 
-picture() { import -window root "$pictures/$1.png"; echo "Picture: build/screenshots/$1.png"; }
+picture() {
+  import -window root "$pictures/$1.png"
+  echo "Picture: ${pictures#"$top/"}/$1.png"
+}
 
-"$bin/enginemon" --values &
+received=$(mktemp)
+program enginemon
+"${command[@]}" --values > >(tee "$received") &
 engine=$!
-"$bin/tonalyx" &
+panel=""
+trap 'kill "$engine" ${panel:+"$panel"} 2>/dev/null || true; rm -f "$received"' EXIT
+for _ in $(seq 200); do
+  ! grep -q ready "$received" || break
+  sleep 0.05
+done
+program tonalyx
+"${command[@]}" &
 panel=$!
-trap 'kill "$engine" "$panel" 2>/dev/null || true' EXIT
+program laptopctl
 
 main=$(wait_for Tonalyx)
 sleep 0.5
@@ -42,11 +57,11 @@ click "$main" 524 200
 picture movie
 if [ -n "${TONALYX_LAPTOP-}" ]; then
   echo "-- headphones in"
-  "$bin/laptopctl" "$TONALYX_LAPTOP" plug headphones
+  "${command[@]}" "$TONALYX_LAPTOP" plug headphones
   sleep 0.6
   picture headphones
   echo "-- headphones out"
-  "$bin/laptopctl" "$TONALYX_LAPTOP" unplug
+  "${command[@]}" "$TONALYX_LAPTOP" unplug
   sleep 0.6
 fi
 echo "-- the advanced dialog, collapsed and expanded"
@@ -65,4 +80,5 @@ click "$main" 572 419
 wait "$panel"
 kill "$engine"
 wait "$engine" 2>/dev/null || true
+rm -f "$received"
 trap - EXIT

@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# with_own_wine.sh DPI PREFIX COMMAND [ARGUMENT...]
+#
+# Runs the command, which may start programs with "wine", in a copy of that prefix that belongs to
+# this display and has its resolution. Ends what it left running, and exits with its status.
+set -u
+
+# shellcheck source=tests/support/wine_prefix.sh
+. "$(dirname "$0")/wine_prefix.sh"
+dpi=$1
+use_prefix "$2"
+shift 2
+
+work=$(mktemp -d "$WINEPREFIX-XXXXXX")
+cleanup() {
+  wineserver -k -w 2>/dev/null
+  rm -rf "$work"
+}
+trap cleanup EXIT
+
+# Only what nobody changes is shared; the server puts new files in the place of its own.
+cp -al "$WINEPREFIX" "$work/prefix"
+export WINEPREFIX=$work/prefix
+cp "$WINEPREFIX/user.reg" "$work/user.reg"
+printf '\n[Control Panel\\\\Desktop]\n"LogPixels"=dword:%08x\n' "$dpi" >>"$work/user.reg"
+mv -f "$work/user.reg" "$WINEPREFIX/user.reg"
+wake_server -p
+
+"$@"
+exit $?
