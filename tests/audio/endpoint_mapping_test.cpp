@@ -107,6 +107,12 @@ TEST(SinkToEndpointTest, MapsPortsToStatesAndNodes) {
   sink.properties["device.profile.name"] = "iec958-stereo";
   EXPECT_EQ(SinkToEndpoint(sink).jackSubType, u"{DFF21FE5-F70F-11D0-B917-00A0C9223196}");
   EXPECT_EQ(SinkToEndpoint(sink).state, kDeviceStateActive);
+
+  sink.properties.clear();
+  sink.cardDescription.clear();
+  EXPECT_EQ(SinkToEndpoint(sink).adapter, u"Built-in Audio Analog Stereo");
+  sink.description.clear();
+  EXPECT_EQ(SinkToEndpoint(sink).adapter, u"alsa_output.pci-0000_00_1f.3.analog-stereo");
 }
 
 TEST(SeeThroughEngineTest, LeavesTheSinkThatIsHeard) {
