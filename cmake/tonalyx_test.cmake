@@ -6,6 +6,17 @@
 # toolchain's emulator.
 find_package(GTest REQUIRED)
 
+# tonalyx_test_program(name SOURCES ... LIBS ...): such a program, registered by whoever can run it.
+function(tonalyx_test_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gmock GTest::gtest GTest::gtest_main)
+  target_compile_definitions(${name} PRIVATE TONALYX_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
+    TONALYX_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+endfunction()
+
 function(tonalyx_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT;DPI" "SOURCES;LIBS;LABELS;RUNNER" ${ARGN})
   foreach(default IN ITEMS LABELS=unit TIMEOUT=120 DPI=96)
@@ -17,13 +28,7 @@ function(tonalyx_test name)
     endif()
   endforeach()
 
-  add_executable(${name} ${ARG_SOURCES})
-  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
-  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gmock GTest::gtest GTest::gtest_main)
-  target_compile_definitions(${name} PRIVATE TONALYX_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
-    TONALYX_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-
+  tonalyx_test_program(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
   set(runner "")
   if(CMAKE_CROSSCOMPILING)
     set(runner ${CMAKE_CROSSCOMPILING_EMULATOR})

@@ -100,6 +100,34 @@ TEST_F(AdvancedDialogTest, FollowsHeadphonesAndSettingsFromOutside) {
   EXPECT_TRUE(BecomesStored(kFrequency, 20000.0F, kHeadphoneKey)) << "setting 3 is edited now";
 }
 
+TEST_F(AdvancedDialogTest, SettingsTravelInAFileAndDefaultsComeBack) {
+  OpenDialog();
+  Expand();
+  const float factoryType = Stored(119);
+  UsePeakingBand();
+  ClickSlider(resources::kGainSlider, SliderEnd::Last);
+  ASSERT_TRUE(BecomesStored(kGain, 3.98107195F));
+  ChooseFromMenu("s");
+  NameFile("Save As", folder_ / "evening");
+  EXPECT_TRUE(Eventually([&] { return std::filesystem::exists(folder_ / "evening.tus"); }));
+  ClickSlider(resources::kGainSlider, SliderEnd::First);
+  ASSERT_TRUE(BecomesStored(kGain, 0.251188636F));
+  ReceivedEvents();
+  ChooseFromMenu("l");
+  NameFile("Open", folder_ / "evening.tus");
+  EXPECT_TRUE(BecomesStored(kGain, 3.98107195F));
+  EXPECT_EQ(ReceivedEdits(), 1);
+  for (const char* answer : {"Return", "Alt+y"}) {
+    EXPECT_EQ(Stored(119), 1.0F);
+    ChooseFromMenu("r");
+    ASSERT_TRUE(Eventually([&] { return desktop_.ActiveTitle() == "Confirm"; }));
+    desktop_.PressKey(answer);
+    ASSERT_TRUE(desktop_.WaitUntilGone("Confirm", seconds(5)));
+  }
+  EXPECT_TRUE(BecomesStored(119, factoryType));
+  EXPECT_EQ(ReceivedEdits(), 1);
+}
+
 TEST_F(AdvancedDialogTest, WhatTheHandDidMeanwhileIsHandledInItsOrder) {
   OpenDialog();
   Expand();

@@ -98,8 +98,9 @@ TEST_F(MainWindowTest, UnsupportedModelIsRefused) {
   // The laptop's driver keeps its jack values in a store of its own.
   environment_["TONALYX_ROOT"] = (folder_ / "fresh").string();
   EXPECT_EQ(Run("tonalyx", {"/init"}).exitStatus, 67) << "1603, as far as the system keeps it";
+  EXPECT_EQ(Run("regtool", {"query", "HKLM\\SOFTWARE\\Norvane"}).exitStatus, 1);
   EXPECT_FALSE(std::filesystem::exists(folder_ / "fresh" / "registry.db"));
-  support::ChildProcess panel({(folder_ / "program" / "tonalyx").string()}, environment_);
+  support::ChildProcess panel(PanelCommand(), environment_);
   ASSERT_TRUE(desktop_.WaitForWindow("Error", seconds(5)));
   EXPECT_TRUE(Eventually([&] { return desktop_.ActiveTitle() == "Error"; }));
   EXPECT_FALSE(desktop_.FindWindow("Tonalyx"));

@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
+#include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -18,11 +21,9 @@
 #include <vector>
 
 #include "dsp/plot_mapping.h"
-#include "platform/linux/registry/sqlite_registry.h"
-#include "platform/text.h"
 #include "resources/templates.h"
+#include "tests/e2e/tested_home.h"
 #include "tests/support/child_process.h"
-#include "tests/support/registry_tree.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/x11_desktop.h"
 
@@ -55,11 +56,20 @@ inline std::vector<std::string> Runner() {
 
 class PanelTest : public testing::Test {
  protected:
-  PanelTest() {
+  PanelTest() { UseHome(HomeOfEnvironment()); }
+
+  // A machine that knows nothing yet.
+  void UseHome(const TestedHome& home) {
+    home_ = home;
     environment_ = {{"TONALYX_ROOT", (folder_ / "state").string()},
                     {"TONALYX_LAPTOP", laptopFile_.string()}};
     std::filesystem::create_directory(folder_ / "program");
-    std::filesystem::copy(TONALYX_BIN_DIR "/tonalyx", folder_ / "program" / "tonalyx");
+    const std::string program = "tonalyx" + home.programEnd;
+    std::filesystem::copy(home.programs / program, folder_ / "program" / program);
+    if (!home.IsWindows()) return;
+    std::filesystem::create_directories(LogFile().parent_path());
+    std::filesystem::remove(LogFile());
+    Run("regtool", {"delete", "HKLM\\SOFTWARE\\Norvane", "/f"});
   }
 
   // Makes the virtual laptop and imports the sample tuning with /init.
@@ -73,13 +83,13 @@ class PanelTest : public testing::Test {
     ASSERT_EQ(installed.exitStatus, 0) << installed.errors;
   }
   void StartEngine() {
-    engine_ = std::make_unique<support::ChildProcess>(
-        std::vector<std::string>{TONALYX_BIN_DIR "/enginemon"}, environment_);
-    ASSERT_EQ(engine_->ReadLine(seconds(5)), "ready");
+    engine_ = std::make_unique<support::ChildProcess>(home_.Command(home_.programs, "enginemon"),
+                                                      environment_);
+    ASSERT_EQ(engine_->ReadLine(seconds(10)), "ready");
   }
   void StartPanel() {
     std::vector<std::string> command = Runner();
-    command.push_back((folder_ / "program" / "tonalyx").string());
+    for (const std::string& word : PanelCommand()) command.push_back(word);
     panel_ = std::make_unique<support::ChildProcess>(command, environment_);
     const auto window = desktop_.WaitForWindow("Tonalyx", seconds(30));
     ASSERT_TRUE(window);
@@ -93,10 +103,13 @@ class PanelTest : public testing::Test {
   }
 
   support::ProcessResult Run(const std::string& program, std::vector<std::string> arguments) {
-    const bool own = program == "tonalyx";
-    arguments.insert(arguments.begin(), own ? (folder_ / "program" / program).string()
-                                            : std::string(TONALYX_BIN_DIR "/") + program);
-    return support::RunProcess(arguments, environment_);
+    std::vector<std::string> command =
+        program == "tonalyx" ? PanelCommand() : home_.Command(home_.programs, program);
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return support::RunProcess(command, environment_);
+  }
+  std::vector<std::string> PanelCommand() const {
+    return home_.Command(folder_ / "program", "tonalyx");
   }
   void Laptop(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), laptopFile_.string());
@@ -104,21 +117,25 @@ class PanelTest : public testing::Test {
     ASSERT_EQ(result.exitStatus, 0) << result.errors;
   }
 
-  // The text of the route's "ActiveSetting"; empty when there is none.
-  std::string ActiveSetting(const std::string& pathKey) {
-    const support::ProcessResult result =
-        Run("regtool",
-            {"query", "HKLM\\" + kSettingsKey + pathKey + "\\Settings", "/v", "ActiveSetting"});
-    const std::string start = "    ActiveSetting    REG_SZ    ";
+  // The data of a value as the registry's tool shows it; empty when there is none.
+  std::string Data(const std::string& key, const std::string& name, const std::string& type) {
+    const support::ProcessResult result = Run("regtool", {"query", key, "/v", name});
+    const std::string start = "    " + name + "    " + type + "    ";
     const std::size_t found = result.output.find(start);
     if (found == std::string::npos) return {};
     const std::string rest = result.output.substr(found + start.size());
-    return rest.substr(0, rest.find('\n'));
+    return rest.substr(0, rest.find_first_of("\r\n"));
+  }
+  std::string SettingsOf(const std::string& pathKey) const {
+    return "HKLM\\" + kSettingsKey + pathKey + "\\Settings";
+  }
+  // The text of the route's "ActiveSetting"; empty when there is none.
+  std::string ActiveSetting(const std::string& pathKey) {
+    return Data(SettingsOf(pathKey), "ActiveSetting", "REG_SZ");
   }
   void SetActiveSetting(const std::string& pathKey, const std::string& setting) {
     const support::ProcessResult result =
-        Run("regtool", {"add", "HKLM\\" + kSettingsKey + pathKey + "\\Settings", "/v",
-                        "ActiveSetting", "/d", setting, "/f"});
+        Run("regtool", {"add", SettingsOf(pathKey), "/v", "ActiveSetting", "/d", setting, "/f"});
     ASSERT_EQ(result.exitStatus, 0) << result.errors;
   }
 
@@ -182,14 +199,20 @@ class PanelTest : public testing::Test {
     return Picture();
   }
 
+  std::filesystem::path LogFile() const {
+    if (!home_.IsWindows()) return folder_ / "state" / "Velsona.txt";
+    return std::filesystem::path(std::getenv("WINEPREFIX")) / "drive_c" / "Program Files (x86)" /
+           "Norvane" / "Tonalyx" / "Velsona.txt";
+  }
   std::string Log() const {
-    std::ifstream file(folder_ / "state" / "Velsona.txt", std::ios::binary);
+    std::ifstream file(LogFile(), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
 
   support::TemporaryFolder temporary_;
   const std::filesystem::path folder_ = temporary_.Path();
   const std::filesystem::path laptopFile_ = folder_ / "laptop.json";
+  TestedHome home_;
   std::map<std::string, std::string> environment_;
   support::X11Desktop desktop_;
   std::unique_ptr<support::ChildProcess> engine_;
@@ -265,6 +288,25 @@ class AdvancedDialogTest : public PanelTest {
     desktop_.Drag({rect.x + from.x, rect.y + from.y}, {rect.x + to.x, rect.y + to.y}, steps);
   }
 
+  enum class SliderEnd { First, Last };
+  void ClickSlider(std::uint16_t id, SliderEnd end) {
+    const ScreenRect slider = Control(id);
+    const int x = end == SliderEnd::First ? 1 : slider.width - 2;
+    desktop_.Click(slider.x + x, slider.y + slider.height * 3 / 4);
+  }
+  // By the letter that the entry's name has for it.
+  void ChooseFromMenu(const std::string& letter) {
+    ClickControl(resources::kMenuButton);
+    std::this_thread::sleep_for(milliseconds(300));
+    desktop_.PressKey(letter);
+  }
+  void NameFile(const std::string& dialog, const std::filesystem::path& file) {
+    ASSERT_TRUE(Eventually([&] { return desktop_.ActiveTitle() == dialog; }));
+    desktop_.Type(home_.NameOf(file));
+    desktop_.PressKey("Return");
+    ASSERT_TRUE(desktop_.WaitUntilGone(dialog, seconds(5)));
+  }
+
   // The mapping of the plot as it stands in the window.
   dsp::PlotMapping Plot() {
     const ScreenRect rect = Control(resources::kPlot);
@@ -286,11 +328,12 @@ class AdvancedDialogTest : public PanelTest {
 
   // A parameter of the set that is active on the route, as stored.
   float Stored(int parameter, const std::string& pathKey = kSpeakerKey) {
-    platform::SqliteRegistry registry(folder_ / "state");
-    const std::string path = kSettingsKey + pathKey + "\\Settings\\" + ActiveSetting(pathKey);
-    return support::GetFloat(registry, platform::FromUtf8(path),
-                             platform::FromUtf8("Param" + std::to_string(parameter)))
-        .value_or(NAN);
+    const std::string data = Data(SettingsOf(pathKey) + "\\" + ActiveSetting(pathKey),
+                                  "Param" + std::to_string(parameter), "REG_BINARY");
+    std::uint32_t bits = 0;
+    const auto parsed = std::from_chars(data.data(), data.data() + data.size(), bits, 16);
+    if (data.size() != 8 || parsed.ec != std::errc()) return NAN;
+    return std::bit_cast<float>(__builtin_bswap32(bits));
   }
   // Waits until the stored parameter is this very value.
   bool BecomesStored(int parameter, float value, const std::string& pathKey = kSpeakerKey) {

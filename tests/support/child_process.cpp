@@ -73,6 +73,7 @@ std::optional<std::string> ChildProcess::ReadLine(milliseconds timeout) {
   }
   std::string line = buffer_.substr(0, newline);
   buffer_.erase(0, newline + 1);
+  if (line.ends_with('\r')) line.pop_back();
   return line;
 }
 
