@@ -38,3 +38,16 @@ function(tonalyx_test name)
   add_test(NAME ${name} COMMAND ${runner} ${ARG_RUNNER} $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT})
 endfunction()
+
+# Cross-compiled programs are worked on, on a display, by test programs that were built for the
+# machine at hand; without these, nothing of the kind is tested.
+set(TONALYX_NATIVE_TESTS "" CACHE PATH "Folder with the test programs built for this machine")
+
+# tonalyx_wine_display_test(name DPI COMMAND...): the command on a display with Wine at its hand.
+function(tonalyx_wine_display_test name dpi)
+  set(support ${CMAKE_SOURCE_DIR}/tests/support)
+  add_test(NAME ${name} COMMAND ${support}/with_display.sh ${dpi} ${support}/with_own_wine.sh ${dpi}
+    ${CMAKE_BINARY_DIR}/prefix ${ARGN})
+  set_tests_properties(${name} PROPERTIES LABELS display TIMEOUT 300
+    ENVIRONMENT GTEST_OUTPUT=xml:${CMAKE_BINARY_DIR}/test-results/${name}.xml)
+endfunction()

@@ -37,6 +37,7 @@ set_tests_properties(window_test_without_compositor PROPERTIES LABELS display TI
 
 tonalyx_test(shell_test
   SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/browser_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/shell_test.cpp
     ${ui_session}
   LIBS tonalyx_platform_linux_ui tonalyx_platform_linux_core tonalyx_resources tonalyx_test_desktop

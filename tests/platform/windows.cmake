@@ -19,3 +19,20 @@ tonalyx_test(drawing_test
     ${CMAKE_CURRENT_LIST_DIR}/drawing_test.cpp
     ${CMAKE_SOURCE_DIR}/tests/support/drawing_session.cpp
   LIBS tonalyx_platform_windows_drawing tonalyx_backend)
+
+# Pressed on by a server that was built for this machine.
+if(NOT TONALYX_NATIVE_TESTS)
+  return()
+endif()
+function(tonalyx_wine_window_test name source)
+  tonalyx_test_program(${name}
+    SOURCES ${source} ${CMAKE_SOURCE_DIR}/tests/support/user_interface_session.cpp
+      ${CMAKE_CURRENT_LIST_DIR}/windows_lacks.cpp
+    LIBS tonalyx_platform_windows_ui tonalyx_backend tonalyx_test_desktop)
+  tonalyx_wine_display_test(${name} 96 ${TONALYX_NATIVE_TESTS}/desktop_server wine
+    $<TARGET_FILE:${name}>)
+  set_property(TEST ${name} PROPERTY
+    ENVIRONMENT GTEST_OUTPUT=xml:Z:${CMAKE_BINARY_DIR}/test-results/${name}.xml)
+endfunction()
+tonalyx_wine_window_test(window_test ${CMAKE_CURRENT_LIST_DIR}/window_test.cpp)
+tonalyx_wine_window_test(shell_test ${CMAKE_CURRENT_LIST_DIR}/shell_test.cpp)

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/shell.h"
+#include "platform/startup.h"
 #include "tests/support/no_instance.h"
 
 namespace {
@@ -13,14 +14,19 @@ namespace {
 class UserInterface : public testing::Environment {
  public:
   void SetUp() override {
-    constexpr int kKeepWhatIsSet = 0;
-    setenv("QT_QPA_PLATFORM", "offscreen", kKeepWhatIsSet);
+    static char withoutDisplay[] = "QT_QPA_PLATFORM=offscreen";
+    if (std::getenv("QT_QPA_PLATFORM") == nullptr) putenv(withoutDisplay);
+    drawing_ = std::make_unique<platform::DrawingSession>();
     session_ = std::make_unique<platform::UserInterfaceSession>(instance_);
   }
-  void TearDown() override { session_.reset(); }
+  void TearDown() override {
+    session_.reset();
+    drawing_.reset();
+  }
 
  private:
   support::NoInstance instance_;
+  std::unique_ptr<platform::DrawingSession> drawing_;
   std::unique_ptr<platform::UserInterfaceSession> session_;
 };
 

@@ -14,4 +14,8 @@ fi
 use_prefix "$1"
 shift
 wake_server -p60
+# A path without a drive is one below the current folder there.
+case ${GTEST_OUTPUT-} in
+  xml:/*) export GTEST_OUTPUT=xml:Z:${GTEST_OUTPUT#xml:} ;;
+esac
 exec wine "$@"

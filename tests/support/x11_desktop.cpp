@@ -127,17 +127,6 @@ std::optional<ScreenRect> X11Desktop::FindWindow(const std::string& title) {
   return rect;
 }
 
-std::optional<ScreenRect> X11Desktop::WaitForWindow(const std::string& title,
-                                                    milliseconds timeout) {
-  std::optional<ScreenRect> rect;
-  Eventually([&] { return (rect = FindWindow(title)).has_value(); }, timeout);
-  return rect;
-}
-
-bool X11Desktop::WaitUntilGone(const std::string& title, milliseconds timeout) {
-  return Eventually([&] { return !FindWindow(title); }, timeout);
-}
-
 std::vector<std::string> X11Desktop::StackedTitles() {
   std::vector<std::string> titles;
   for (const Window window : impl_->WindowList("_NET_CLIENT_LIST_STACKING")) {
@@ -228,10 +217,6 @@ void X11Desktop::Type(const std::string& text) {
   }
 }
 
-std::uint32_t X11Desktop::PixelAt(int x, int y) {
-  return Pixels({x, y, 1, 1}).front();
-}
-
 std::vector<std::uint32_t> X11Desktop::Pixels(const ScreenRect& rect) {
   XImage* image =
       XGetImage(impl_->display, impl_->root, rect.x, rect.y, static_cast<unsigned>(rect.width),
@@ -245,15 +230,6 @@ std::vector<std::uint32_t> X11Desktop::Pixels(const ScreenRect& rect) {
   }
   XDestroyImage(image);
   return pixels;
-}
-
-bool Eventually(const std::function<bool()>& condition, milliseconds timeout) {
-  const auto end = steady_clock::now() + timeout;
-  while (!condition()) {
-    if (steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(milliseconds(10));
-  }
-  return true;
 }
 
 }  // namespace support
