@@ -2,12 +2,13 @@
 
 #include "platform/accessible.h"
 #include "platform/window.h"
+#include "platform/windows/accessible/accessible_element.h"
 #include "platform/windows/windows/native_window.h"
 
 namespace platform {
 namespace {
 
-DWORD EventOf(AccessibleChange change) {
+DWORD EventOf(AccessibleChange change, const AccessibleElement& element) {
   switch (change) {
     case AccessibleChange::Name:
       return EVENT_OBJECT_NAMECHANGE;
@@ -15,9 +16,10 @@ DWORD EventOf(AccessibleChange change) {
       return EVENT_OBJECT_DESCRIPTIONCHANGE;
     case AccessibleChange::Value:
       return EVENT_OBJECT_VALUECHANGE;
+    case AccessibleChange::Visibility:
+      return element.IsHidden() ? EVENT_OBJECT_HIDE : EVENT_OBJECT_SHOW;
     case AccessibleChange::Check:
     case AccessibleChange::Expansion:
-    case AccessibleChange::Visibility:
     case AccessibleChange::Enabling:
       break;
   }
@@ -27,8 +29,10 @@ DWORD EventOf(AccessibleChange change) {
 }  // namespace
 
 void NotifyAccessible(const Window& window, AccessibleChange change, std::int32_t part) {
-  if (window.Handle() == 0) return;
-  NotifyWinEvent(EventOf(change), ToNative(window.Handle()), OBJID_CLIENT, part);
+  const NativeWindow* native = window.Native().native;
+  if (native == nullptr) return;
+  NotifyWinEvent(EventOf(change, AccessibleElement(native->Target(), part)), native->Handle(),
+                 OBJID_CLIENT, part);
 }
 
 }  // namespace platform

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/windows/accessible/accessible_object.h"
 #include "platform/windows/drawing/device_surface.h"
 
 namespace platform {
@@ -68,6 +69,10 @@ LRESULT NativeWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_LBUTTONUP:
       Deliver(message, wParam, lParam);
       return Default(message, wParam, lParam);
+    case WM_GETOBJECT: {
+      const LRESULT answer = AnswerGetObject(handle_, wParam, lParam);
+      return answer != 0 ? answer : Default(message, wParam, lParam);
+    }
     case WM_TIMER:
     case BM_GETCHECK:
     case BM_SETCHECK:
