@@ -1,104 +1,70 @@
 // A window as a screen reader gets to know it, and what it is told of changes.
 #pragma once
 
-#include <QAccessible>
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QWidget>
 #include <algorithm>
 #include <functional>
-#include <map>
-#include <sstream>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "platform/linux/windows/native_window.h"
+#include "platform/window.h"
 
 namespace support {
 
-inline std::string RoleName(QAccessible::Role role) {
-  static const std::map<QAccessible::Role, std::string> kNames = {
-      {QAccessible::Dialog, "dialog"},
-      {QAccessible::AlertMessage, "alert"},
-      {QAccessible::Chart, "chart"},
-      {QAccessible::Button, "button"},
-      {QAccessible::ButtonMenu, "menu button"},
-      {QAccessible::CheckBox, "check box"},
-      {QAccessible::RadioButton, "radio button"},
-      {QAccessible::Link, "link"},
-      {QAccessible::Slider, "slider"},
-      {QAccessible::Dial, "dial"}};
-  const auto found = kNames.find(role);
-  return found != kNames.end() ? found->second : "role " + std::to_string(role);
+// What the system's interface tells of a window or a part of it.
+struct AccessibleNode {
+  std::string role;
+  std::string name;
+  std::string value;
+  std::string number;  // with its range, where the interface has them
+  std::string states;
+  std::string description;
+  platform::Rect place;  // on the screen
+  bool isPart = false;
+};
+
+class AccessibleElement {
+ public:
+  virtual ~AccessibleElement() = default;
+  virtual AccessibleNode Tell() const = 0;
+  // Does the first thing that the element can do: presses, toggles.
+  virtual void Press() = 0;
+  virtual void Set(double value) = 0;
+};
+
+// The home's part. First the window itself, then all in it in the order of the tree.
+std::vector<std::unique_ptr<AccessibleElement>> ElementsOf(platform::Window& window);
+// A line as this home's interface can tell it.
+std::string Told(std::string line);
+bool IsOnScreen(platform::Window& window);
+// Tells until it is destroyed, kind and element of each change.
+class ChangeSource {
+ public:
+  virtual ~ChangeSource() = default;
+};
+using OnChange = std::function<void(const std::string& kind, const AccessibleNode& node)>;
+std::unique_ptr<ChangeSource> ListenToChanges(OnChange onChange);
+
+// Adds `word` to a list of states.
+inline void AddState(std::string& states, bool is, const char* word) {
+  if (is) states += (states.empty() ? "" : " ") + std::string(word);
 }
 
-inline std::string StatesOf(const QAccessible::State& state) {
-  std::string text;
-  const auto add = [&text](bool is, const char* word) {
-    if (is) text += (text.empty() ? "" : " ") + std::string(word);
-  };
-  add(state.checkable && state.checked, "checked");
-  add(state.checkable && !state.checked, "unchecked");
-  add(!state.checkable && state.checked, "checked without being checkable");
-  add(state.expandable && state.expanded, "expanded");
-  add(state.expandable && state.collapsed, "collapsed");
-  add(state.disabled, "disabled");
-  add(state.invisible, "hidden");
-  return text;
-}
-
-inline void Visit(QAccessibleInterface& parent,
-                  const std::function<void(QAccessibleInterface&)>& visit) {
-  for (int i = 0; i < parent.childCount(); ++i) {
-    QAccessibleInterface* child = parent.child(i);
-    if (child == nullptr) throw std::runtime_error("a child that is none");
-    visit(*child);
-    Visit(*child, visit);
-  }
-}
-
-// The toolkit looks for assistive technology when it has nothing else to do.
-inline bool WaitUntilActive() {
-  constexpr int kMilliseconds = 10000;
-  for (QDeadlineTimer patience(kMilliseconds); !QAccessible::isActive();) {
-    if (patience.hasExpired()) return false;
-    QCoreApplication::processEvents();
-  }
-  return true;
-}
-
-inline std::string KindOf(const QAccessibleEvent& event) {
-  static const std::map<QAccessible::Event, std::string> kKinds = {
-      {QAccessible::NameChanged, "name"},
-      {QAccessible::DescriptionChanged, "description"},
-      {QAccessible::ValueChanged, "value"},
-      {QAccessible::ObjectShow, "shown"},
-      {QAccessible::ObjectHide, "hidden"}};
-  if (const auto found = kKinds.find(event.type()); found != kKinds.end()) return found->second;
-  if (event.type() != QAccessible::StateChanged) return {};
-  const QAccessible::State changed =
-      static_cast<const QAccessibleStateChangeEvent&>(event).changedStates();
-  if (changed.checked) return "check";
-  if (changed.disabled) return "enabling";
-  return changed.expanded ? "expansion" : "";
-}
-
-// One line: role, name, value, number with its range, states, in this form:
+// Role, name, value, number with its range, states, in this form:
 //   slider "Gain" "+3.0 dB" 3 of -12..12 [disabled]
-inline std::string LineOf(QAccessibleInterface& element) {
-  std::ostringstream line;
-  line << RoleName(element.role()) << " \"" << element.text(QAccessible::Name).toStdString() << '"';
-  const std::string value = element.text(QAccessible::Value).toStdString();
-  if (!value.empty()) line << " \"" << value << '"';
-  if (QAccessibleValueInterface* number = element.valueInterface()) {
-    line << ' ' << number->currentValue().toDouble() << " of " << number->minimumValue().toDouble()
-         << ".." << number->maximumValue().toDouble();
-  }
-  const std::string states = StatesOf(element.state());
-  if (!states.empty()) line << " [" << states << ']';
-  return line.str();
+inline std::string LineOf(const AccessibleNode& node) {
+  std::string line = node.role + " \"" + node.name + '"';
+  if (!node.value.empty()) line += " \"" + node.value + '"';
+  if (!node.number.empty()) line += ' ' + node.number;
+  if (!node.states.empty()) line += " [" + node.states + ']';
+  return line;
+}
+
+inline std::vector<std::string> AllTold(std::vector<std::string> lines) {
+  for (std::string& line : lines) line = Told(std::move(line));
+  return lines;
 }
 
 enum class Detail { None, Places };
@@ -107,95 +73,63 @@ enum class Detail { None, Places };
 // ends the test program's case with an exception.
 class AccessibleTree {
  public:
-  explicit AccessibleTree(platform::Window& window) : AccessibleTree(window.Native().native) {}
-  // A menu or a box of the toolkit.
-  explicit AccessibleTree(QWidget* widget) : root_(QAccessible::queryAccessibleInterface(widget)) {
-    if (root_ == nullptr) throw std::runtime_error("the window has no interface");
-  }
+  explicit AccessibleTree(platform::Window& window) : elements_(ElementsOf(window)) {}
 
-  QAccessibleInterface& Root() const { return *root_; }
-  // All below the window's root, in the order of the tree; with places seen from the root (but for
-  // the parts of a control) and descriptions.
+  AccessibleNode Root() const { return elements_.front()->Tell(); }
+  // All below the window's root; with places seen from the root (but for the parts of a control)
+  // and descriptions.
   std::vector<std::string> Lines(Detail detail = Detail::None) const {
     std::vector<std::string> lines;
-    Visit(*root_, [&](QAccessibleInterface& each) {
-      std::ostringstream line;
-      const QRect place = each.rect().translated(-root_->rect().topLeft());
-      if (detail == Detail::Places && each.parent() == root_) {
-        line << place.x() << ',' << place.y() << ' ' << place.width() << 'x' << place.height()
-             << ' ';
-      }
-      line << LineOf(each);
+    const platform::Rect root = Root().place;
+    for (std::size_t i = 1; i < elements_.size(); ++i) {
+      const AccessibleNode node = elements_[i]->Tell();
+      std::string line = LineOf(node);
       if (detail == Detail::Places) {
-        line << " (" << each.text(QAccessible::Description).toStdString() << ')';
+        if (!node.isPart) {
+          line = std::to_string(node.place.left - root.left) + ',' +
+                 std::to_string(node.place.top - root.top) + ' ' +
+                 std::to_string(node.place.Width()) + 'x' + std::to_string(node.place.Height()) +
+                 ' ' + line;
+        }
+        line += " (" + node.description + ')';
       }
-      lines.push_back(line.str());
-    });
+      lines.push_back(line);
+    }
     return lines;
   }
-  QAccessibleInterface& Find(const std::string& name) const {
-    QAccessibleInterface* found = nullptr;
-    Visit(*root_, [&](QAccessibleInterface& each) {
-      if (each.text(QAccessible::Name).toStdString() == name) found = &each;
-    });
-    if (found == nullptr) throw std::runtime_error("nothing is called " + name);
-    return *found;
-  }
+  AccessibleNode Find(const std::string& name) const { return Named(name).Tell(); }
   std::string Line(const std::string& name) const { return LineOf(Find(name)); }
-
-  // Does the first thing that the element can do: presses, toggles.
-  void Press(const std::string& name) const {
-    QAccessibleActionInterface* actions = Find(name).actionInterface();
-    if (actions == nullptr || actions->actionNames().isEmpty()) {
-      throw std::runtime_error("nothing to press: " + name);
-    }
-    actions->doAction(actions->actionNames().first());
-  }
-  void Set(const std::string& name, double value) const {
-    QAccessibleValueInterface* number = Find(name).valueInterface();
-    if (number == nullptr) throw std::runtime_error("no number: " + name);
-    number->setCurrentValue(value);
-  }
+  void Press(const std::string& name) const { Named(name).Press(); }
+  void Set(const std::string& name, double value) const { Named(name).Set(value); }
 
  private:
-  QAccessibleInterface* root_;
+  AccessibleElement& Named(const std::string& name) const {
+    for (std::size_t i = 1; i < elements_.size(); ++i) {
+      if (elements_[i]->Tell().name == name) return *elements_[i];
+    }
+    throw std::runtime_error("nothing is called " + name);
+  }
+
+  std::vector<std::unique_ptr<AccessibleElement>> elements_;
 };
 
 // While it lives, it notes what assistive technology is told: name, description, value, check,
 // enabling or expansion of what has changed, or that it is shown or hidden, a colon, and its line.
 class Listener {
  public:
-  Listener() {
-    if (!WaitUntilActive()) throw std::runtime_error("nobody listens: use with_listener.sh");
-    current_ = this;
-    before_ = QAccessible::installUpdateHandler(&Listener::OnEvent);
-  }
-  ~Listener() {
-    QAccessible::installUpdateHandler(before_);
-    current_ = nullptr;
-  }
-  Listener(const Listener&) = delete;
-  Listener& operator=(const Listener&) = delete;
-
   std::vector<std::string> Take() { return std::exchange(heard_, {}); }
   // Whether the line was heard since the last Take.
   bool Heard(const std::string& line) const {
-    return std::find(heard_.begin(), heard_.end(), line) != heard_.end();
+    return std::find(heard_.begin(), heard_.end(), Told(line)) != heard_.end();
   }
 
  private:
-  // A screen reader looks at whatever it hears of, so this does too.
-  static void OnEvent(QAccessibleEvent* event) {
-    QAccessibleInterface* element = event->accessibleInterface();
-    if (element == nullptr) return;
-    const std::string line = LineOf(*element);
-    const std::string kind = KindOf(*event);
-    if (!kind.empty()) current_->heard_.push_back(kind + ": " + line);
-  }
-
-  static inline Listener* current_ = nullptr;
-  QAccessible::UpdateHandler before_;
   std::vector<std::string> heard_;
+  // A screen reader looks at whatever it hears of, so this does too.
+  std::unique_ptr<ChangeSource> source_ =
+      ListenToChanges([this](const std::string& kind, const AccessibleNode& node) {
+        heard_.push_back(kind + ": " + LineOf(node));
+      });
 };
 
 }  // namespace support

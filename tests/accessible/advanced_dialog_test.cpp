@@ -1,7 +1,6 @@
 // The advanced dialog with all its controls, as a screen reader sees it and works on it.
 #include <gmock/gmock.h>
 
-#include <QWindow>
 #include <atomic>
 #include <cmath>
 #include <limits>
@@ -18,8 +17,10 @@ namespace ui {
 namespace {
 
 using support::AccessibleTree;
+using support::AllTold;
 using support::kScriptEnded;
 using support::Listener;
+using support::Told;
 using testing::Contains;
 using testing::ElementsAreArray;
 using testing::IsSupersetOf;
@@ -51,7 +52,7 @@ class AccessibleAdvancedDialog : public testing::Test {
   }
   // Presses the button that shows the equalizer, when the window manager has placed the window.
   void Expand() {
-    dialog_.Then([&] { return AccessibleTree(dialog_).Root().window()->isExposed(); });
+    dialog_.Then([&] { return support::IsOnScreen(dialog_); });
     dialog_.ThenDo([&] { AccessibleTree(dialog_).Press("Equalizer"); });
     dialog_.Then([&] {
       return AccessibleTree(dialog_).Line("Equalizer") == "button \"Equalizer\" [expanded]";
@@ -68,7 +69,7 @@ class AccessibleAdvancedDialog : public testing::Test {
     dialog_.Then([this] { return signals_ == kSignalsOfAnEdit; });
     dialog_.ThenDo([=, this] {
       EXPECT_FLOAT_EQ(Stored(parameter), stored) << parameter;
-      EXPECT_THAT(listener_.Take(), IsSupersetOf(told));
+      EXPECT_THAT(listener_.Take(), IsSupersetOf(AllTold(told)));
     });
   }
 
@@ -121,10 +122,11 @@ TEST_F(AccessibleAdvancedDialog, TellsEveryControlAndItsPlace) {
     const AccessibleTree tree(dialog_);
     EXPECT_EQ(support::LineOf(tree.Root()), "dialog \"Velsona\"");
     std::vector<std::string> found = tree.Lines(support::Detail::Places);
-    EXPECT_THAT(found, ElementsAreArray(lines));
-    EXPECT_EQ(
-        tree.Find("Band 2").rect().topLeft() - tree.Find("Frequency response").rect().topLeft(),
-        QPoint(248, 94));
+    EXPECT_THAT(found, ElementsAreArray(AllTold(lines)));
+    const platform::Rect plot = tree.Find("Frequency response").place;
+    const platform::Rect band2 = tree.Find("Band 2").place;
+    EXPECT_EQ((platform::Point{band2.left - plot.left, band2.top - plot.top}),
+              (platform::Point{248, 94}));
   });
   EXPECT_EQ(dialog_.DoModal(), kScriptEnded);
 }
@@ -133,7 +135,7 @@ TEST_F(AccessibleAdvancedDialog, WhatACollapsedDialogLeavesOutIsHiddenAndCannotB
   dialog_.ThenDo([&] {
     const AccessibleTree tree(dialog_);
     EXPECT_EQ(tree.Line("Equalizer"), "button \"Equalizer\" [collapsed]");
-    EXPECT_EQ(tree.Line("Gain"), "slider \"Gain\" \"-3.0 dB\" -3 of -12..12 [hidden]");
+    EXPECT_EQ(tree.Line("Gain"), Told("slider \"Gain\" \"-3.0 dB\" -3 of -12..12 [hidden]"));
     EXPECT_EQ(tree.Line("Band 2"),
               "radio button \"Band 2\" \"200 Hz, -2.0 dB\" [unchecked hidden]");
     tree.Set("Gain", 3.0);
@@ -142,8 +144,9 @@ TEST_F(AccessibleAdvancedDialog, WhatACollapsedDialogLeavesOutIsHiddenAndCannotB
   });
   Expand();
   dialog_.ThenDo([&] {
-    EXPECT_THAT(listener_.Take(), IsSupersetOf({"expansion: button \"Equalizer\" [expanded]",
-                                                "shown: check box \"Band Enable\" [checked]"}));
+    EXPECT_THAT(listener_.Take(),
+                IsSupersetOf(AllTold({"expansion: button \"Equalizer\" [expanded]",
+                                      "shown: check box \"Band Enable\" [checked]"})));
     EXPECT_EQ(signals_, 0);
     AccessibleTree(dialog_).Press("Equalizer");
   });
@@ -179,7 +182,7 @@ TEST_F(AccessibleAdvancedDialog, ASliderOrKnobThatIsSetEditsTheStoreOnce) {
     ThenExpectEdit([&c](const AccessibleTree& tree) { tree.Set(c.control, c.value); }, c.parameter,
                    c.stored, {std::string("value: ") + c.line});
     dialog_.ThenDo([&] {
-      EXPECT_EQ(AccessibleTree(dialog_).Line(c.control), c.line);
+      EXPECT_EQ(AccessibleTree(dialog_).Line(c.control), Told(c.line));
       // What it has already, and what is no number, are no edits.
       AccessibleTree(dialog_).Set(c.control, c.value);
       AccessibleTree(dialog_).Set(c.control, std::numeric_limits<double>::quiet_NaN());

@@ -13,9 +13,9 @@ namespace ui {
 namespace {
 
 using support::AccessibleTree;
+using support::AllTold;
 using support::kScriptEnded;
 using support::Listener;
-using testing::ElementsAre;
 using testing::ElementsAreArray;
 using ScriptedMainWindow = support::Scripted<COrvanDlg>;
 
@@ -68,8 +68,9 @@ TEST_F(AccessibleMainWindow, APressedModeIsAClickedMode) {
   window.ThenDo([&] {
     EXPECT_EQ(ReadSetting(kSubwooferPathKey), u"3");
     EXPECT_EQ(machine_.events.Sets(), ModeChangeEvents());
-    EXPECT_THAT(listener.Take(), ElementsAre("check: radio button \"OFF\" [unchecked]",
-                                             "check: radio button \"Movie Mode\" [checked]"));
+    EXPECT_THAT(listener.Take(),
+                ElementsAreArray(AllTold({"check: radio button \"OFF\" [unchecked]",
+                                          "check: radio button \"Movie Mode\" [checked]"})));
     machine_.events.ClearCalls();
     AccessibleTree(window).Press("Movie Mode");
     AccessibleTree(window).Press("Speech Mode");

@@ -1,5 +1,3 @@
-set(ui_session ${CMAKE_SOURCE_DIR}/tests/support/user_interface_session.cpp)
-
 tonalyx_test(drawing_test
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/drawing_test.cpp

@@ -17,8 +17,8 @@ tonalyx_test(platform_core_test
 tonalyx_test(drawing_test
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/drawing_test.cpp
-    ${CMAKE_SOURCE_DIR}/tests/support/drawing_session.cpp
-  LIBS tonalyx_platform_windows_drawing tonalyx_backend)
+    ${ui_session}
+  LIBS tonalyx_platform_windows_drawing tonalyx_backend_ui tonalyx_backend)
 
 # Pressed on by a server that was built for this machine.
 if(NOT TONALYX_NATIVE_TESTS)
@@ -26,8 +26,7 @@ if(NOT TONALYX_NATIVE_TESTS)
 endif()
 function(tonalyx_wine_window_test name source)
   tonalyx_test_program(${name}
-    SOURCES ${source} ${CMAKE_SOURCE_DIR}/tests/support/user_interface_session.cpp
-      ${CMAKE_CURRENT_LIST_DIR}/windows_lacks.cpp
+    SOURCES ${source} ${ui_session}
     LIBS tonalyx_platform_windows_ui tonalyx_backend tonalyx_test_desktop)
   tonalyx_wine_display_test(${name} 96 ${TONALYX_NATIVE_TESTS}/desktop_server wine
     $<TARGET_FILE:${name}>)

@@ -18,6 +18,7 @@
 namespace support {
 
 inline constexpr std::uint32_t kNextStepMessage = platform::message::kUser + 100;
+inline constexpr std::uint32_t kPatienceTimer = 7777;
 inline constexpr std::int32_t kScriptEnded = 77;
 
 // A window that runs a script once it is open. A step answers whether it is done; one that is not
@@ -52,7 +53,9 @@ class Scripted : public Base {
  protected:
   platform::LResult WindowProc(std::uint32_t message, platform::WParam wParam,
                                platform::LParam lParam) override {
-    if (message == kNextStepMessage) {
+    if (message == kNextStepMessage ||
+        (message == platform::message::kTimer && wParam == kPatienceTimer)) {
+      this->StopTimer(kPatienceTimer);
       Advance();
       return 0;
     }
@@ -68,11 +71,17 @@ class Scripted : public Base {
   void Advance() {
     const bool late = std::chrono::steady_clock::now() > deadline_;
     if (late) ADD_FAILURE() << "step " << next_ << " is never done";
+    const std::size_t before = next_;
     if (late || next_ == steps_.size() || !TryStep()) {
       this->EndDialog(kScriptEnded);
       return;
     }
-    PostNextStep();
+    if (next_ != before) {
+      PostNextStep();
+    } else {
+      // Something else may have to happen first, which messages that are posted would keep out.
+      this->StartTimer(kPatienceTimer, 1);
+    }
   }
 
   // What a step throws must not pass through the toolkit, which called it.
