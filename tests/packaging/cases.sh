@@ -30,12 +30,15 @@ is() {
 
 # Sums up; leaves the counts where the runner of all tests reads them.
 finish_cases() {
-  local name
-  name=$(basename "$0" .sh)
-  case ${GTEST_OUTPUT-} in
-    xml:*/)
+  local report=${GTEST_OUTPUT-}
+  case $report in
+    xml:*/) report+=$(basename "$0" .sh).xml ;;
+  esac
+  case $report in
+    xml:*)
+      mkdir -p "$(dirname "${report#xml:}")"
       printf '<testsuites tests="%s" failures="%s" disabled="0"></testsuites>\n' \
-        $((passed + failed)) "$failed" >"${GTEST_OUTPUT#xml:}$name.xml"
+        $((passed + failed)) "$failed" >"${report#xml:}"
       ;;
   esac
   echo "$passed passed, $failed failed"
