@@ -1,5 +1,7 @@
 #include "platform/host.h"
 
+#include <windows.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -25,10 +27,19 @@ void ReportOnStandardError(std::string_view line) {
   std::fprintf(stderr, "tonalyx: %.*s\n", static_cast<int>(line.size()), line.data());
 }
 
+// A program with windows gets no console, but whoever started it may have one.
+void JoinConsoleOfParent() {
+  const HANDLE errors = GetStdHandle(STD_ERROR_HANDLE);
+  if (errors != nullptr && errors != INVALID_HANDLE_VALUE) return;
+  if (AttachConsole(ATTACH_PARENT_PROCESS) == FALSE) return;
+  static_cast<void>(std::freopen("CONOUT$", "w", stderr));
+}
+
 }  // namespace
 
 struct Host::Impl {
   Impl() {
+    JoinConsoleOfParent();
     const wchar_t* const file = _wgetenv(L"TONALYX_LAPTOP");
     if (file != nullptr && *file != L'\0') laptop.emplace(file, ReportOnStandardError);
     if (laptop && laptop->HasDevices()) {

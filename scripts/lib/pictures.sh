@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# pictures.sh TONE FOLDER: puts every window of the panel on this display, on a light or a dark
-# desktop, in each state that looks different, and keeps each as FOLDER/<surface>-<state>.png.
+# pictures.sh TONE FOLDER [BIN STARTER]: puts every window of the panel on this display, on a light or
+# a dark desktop, in each state that looks different, and keeps each as FOLDER/<surface>-<state>.png.
+# STARTER runs programs that end in ".exe".
 set -euo pipefail
 top=$(cd "$(dirname "$0")/../.." && pwd)
-bin=$top/build/bin
 tone=$1
 pictures=$2
+bin=${3-$top/build/bin}
+starter=${4-}
+end=${starter:+.exe}
 dpi=${TONALYX_DPI:?}
 
 work=$(mktemp -d)
@@ -19,9 +22,14 @@ trap cleanup EXIT
 pictures=$(realpath "$pictures")
 export TONALYX_ROOT=$work/state TONALYX_LAPTOP=$work/laptop.json
 mkdir "$work/program" "$work/settings"
-cp "$bin/tonalyx" "$work/program/"
+cp "$bin/tonalyx$end" "$work/program/"
 cd "$work/settings"
-"$bin/vtdmake" "$top/resources/samples/sample.json" "$work/sample.vtd"
+
+# tool NAME [ARGUMENT...]
+tool() { ${starter:+"$starter"} "$bin/$1$end" "${@:2}"; }
+panel_command=(${starter:+"$starter"} "$work/program/tonalyx$end")
+
+tool vtdmake "$top/resources/samples/sample.json" "$work/sample.vtd"
 
 case $tone in
   light) hsetroot -add '#e9eef4' -add '#a9b9cb' -gradient 150 ;;
@@ -85,10 +93,11 @@ keep() {
 # start KIND: a new laptop of that kind with this tuning, the panel open on it.
 start() {
   rm -rf "$TONALYX_ROOT"
-  "$bin/laptopctl" "$TONALYX_LAPTOP" new "$1"
+  [ -z "$starter" ] || tool regtool delete 'HKLM\SOFTWARE\Norvane' /f 2>/dev/null || true
+  tool laptopctl "$TONALYX_LAPTOP" new "$1"
   cp "${2-$work/sample.vtd}" "$work/program/0.vtd"
-  "$work/program/tonalyx" /init
-  "$work/program/tonalyx" &
+  "${panel_command[@]}" /init
+  "${panel_command[@]}" &
   panel=$!
   find_window Tonalyx
   rest
@@ -116,7 +125,7 @@ main_window() {
     rest
     keep "$surface-selected-$name"
   done
-  "$bin/laptopctl" "$TONALYX_LAPTOP" default "$other_endpoint"
+  tool laptopctl "$TONALYX_LAPTOP" default "$other_endpoint"
   rest
   sleep 1.2
   keep "$surface-warning"
@@ -174,11 +183,13 @@ messages() {
   key Down
   keep messages-menu-highlighted 110 0
   key Escape
-  point_at 20 15
+  point_at 25 25
   xdotool click 1
   sleep 0.3
   keep messages-system-menu
-  key a
+  # The last entry.
+  key Up
+  key Return
   message about "About Tonalyx"
   find_window Velsona
   choose_from_menu r
@@ -201,8 +212,8 @@ messages() {
 }
 
 unsupported_model() {
-  "$bin/laptopctl" "$TONALYX_LAPTOP" new unsupported
-  "$work/program/tonalyx" &
+  tool laptopctl "$TONALYX_LAPTOP" new unsupported
+  "${panel_command[@]}" &
   panel=$!
   message unsupported-model Error
   wait "$panel" || true
@@ -226,11 +237,13 @@ make_steep_tuning() {
   "routes": [ { "guid": "{DFF21CE1-F70F-11D0-B917-00A0C9223196}",
     "settings": [ { PARAMETERS }, { PARAMETERS } ] } ] }
 END
-  "$bin/vtdmake" "$work/steep.json" "$work/steep.vtd"
+  tool vtdmake "$work/steep.json" "$work/steep.vtd"
 }
 
-case $dpi in
-  96) base_x=6 base_y=13 ;;
+# Wine has no such fonts as these measures are of at that resolution.
+case $dpi$end in
+  144.exe) base_x=9 base_y=19 ;;
+  96*) base_x=6 base_y=13 ;;
   120) base_x=8 base_y=16 ;;
   144) base_x=9 base_y=20 ;;
   192) base_x=12 base_y=25 ;;
