@@ -27,6 +27,12 @@ cd "$work/settings"
 
 # tool NAME [ARGUMENT...]
 tool() { ${starter:+"$starter"} "$bin/$1$end" "${@:2}"; }
+# type_name FILE: as the program's system names it.
+type_name() {
+  local name=$1
+  [ -z "$starter" ] || name=z:${name//\//\\}
+  xdotool type --delay 5 "$name"
+}
 panel_command=(${starter:+"$starter"} "$work/program/tonalyx$end")
 
 tool vtdmake "$top/resources/samples/sample.json" "$work/sample.vtd"
@@ -198,7 +204,7 @@ messages() {
   choose_from_menu s
   find_window "Save As"
   keep messages-save
-  xdotool type --delay 5 "$PWD/evening"
+  type_name "$PWD/evening"
   key Return
   wait_until_gone "Save As"
   printf 'not a settings file' >broken.tus
@@ -206,7 +212,7 @@ messages() {
   choose_from_menu l
   find_window Open
   keep messages-open
-  xdotool type --delay 5 "$PWD/broken.tus"
+  type_name "$PWD/broken.tus"
   key Return
   message invalid-file Error
 }
