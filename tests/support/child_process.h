@@ -30,7 +30,8 @@ class ChildProcess {
   pid_t Pid() const { return pid_; }
   void Kill(int signal);
 
-  // The next line of standard output without its end (of any system); nothing when none comes in time.
+  // The next line of standard output without its end (of any system); nothing when none comes in
+  // time.
   std::optional<std::string> ReadLine(std::chrono::milliseconds timeout);
   // Every line that comes until none has for `quiet`.
   std::vector<std::string> ReadLinesUntilQuiet(std::chrono::milliseconds quiet);
