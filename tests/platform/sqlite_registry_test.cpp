@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -362,6 +363,8 @@ TEST_F(SqliteRegistryTest, EveryChangeOfAnotherProcessWakes) {
 
 TEST_F(SqliteRegistryTest, TheAccessListOpensTheStoreToEveryUserWhateverTheUmask) {
   constexpr std::u16string_view kOpenToAll = u"D:(A;OICI;KA;;;BU)(A;OICI;KA;;;AU)(A;OICI;KA;;;BA)";
+  constexpr std::array kShared = {"registry.db", "registry.db-wal", "registry.db-shm",
+                                  "registry.changed"};
   const auto modeOf = [&](const char* name) {
     struct stat status {};
     return stat((folder_ / name).c_str(), &status) == 0 ? status.st_mode & ALLPERMS : 0U;
@@ -376,8 +379,8 @@ TEST_F(SqliteRegistryTest, TheAccessListOpensTheStoreToEveryUserWhateverTheUmask
     SetBytes(*key, u"a", "1");
     parent.Say('d');
     parent.Hear();
-    // The companions of a later connection.
-    chmod((folder_ / "registry.db").c_str(), 0600);
+    // As a user's own connection left them.
+    for (const char* name : kShared) chmod((folder_ / name).c_str(), 0600);
     key->SetAccessList(kOpenToAll);
     parent.Say('d');
     parent.Hear();
@@ -385,8 +388,7 @@ TEST_F(SqliteRegistryTest, TheAccessListOpensTheStoreToEveryUserWhateverTheUmask
   for (int look = 0; look < 2; ++look) {
     ASSERT_EQ(installer.Talk().Hear(), 'd');
     EXPECT_EQ(modeOf("."), 0777U);
-    for (const char* name :
-         {"registry.db", "registry.db-wal", "registry.db-shm", "registry.changed"}) {
+    for (const char* name : kShared) {
       EXPECT_EQ(modeOf(name), 0666U) << name;
     }
     installer.Talk().Say('g');
