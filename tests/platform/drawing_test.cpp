@@ -89,6 +89,11 @@ TEST_P(BothSmoothings, StraightLinesAndRectanglesReachTheirPixelsSharply) {
   }
 }
 
+TEST_F(Drawing, SlantedLinesReachHalfAPixelBeyondTheirEnds) {
+  graphics_.DrawLine({kRed, 1}, {10, 10}, {13, 14});
+  EXPECT_NEAR(Area(), 6.0, 0.1);
+}
+
 TEST_F(Drawing, PixelOffsetHalfMovesPixelCentres) {
   graphics_.SetPixelOffsetMode(PixelOffsetMode::Half);
   graphics_.DrawLine({kRed, 1}, {5, 10}, {15, 10});
@@ -198,6 +203,12 @@ TEST_F(Drawing, ScaledImagesFilterFirstStayInPlaceAndTakeNoColourFromTransparenc
   }
   const Bitmap shrunk = Scaled(stripes, 40, 10);
   for (std::int32_t x = 0; x < 40; ++x) EXPECT_NEAR(shrunk.GetPixel(x, 5) & 0xFFU, 128, 30) << x;
+
+  // An edge, enlarged: the sharpness of the filter.
+  Bitmap edge = Empty(4, 4);
+  for (std::int32_t i = 0; i < 16; ++i)
+    edge.SetPixel(i % 4, i / 4, i % 4 < 2 ? 0xFF000000 : kWhite);
+  EXPECT_NEAR(Scaled(edge, 8, 8).GetPixel(3, 4) & 0xFFU, 55, 1);
 
   // A green field beside transparent pixels that would be red.
   Graphics graphics(green);
