@@ -78,7 +78,8 @@ std::unique_ptr<AudioPath> AudioPath::Open(SoundProcessor& processor, Listener l
   {
     const ServerConnection::Lock lock(*impl->connection);
     pw_core* core = impl->connection->Core();
-    impl->streams.emplace(impl->connection->Loop(), core, processor, impl->listener.onRate);
+    impl->streams.emplace(impl->connection->Loop(), impl->connection->StreamCore(), processor,
+                          impl->listener.onRate);
     impl->fedSink.emplace(*impl->streams);
     impl->redirection.emplace(core, kSinkNode);
     impl->watch.emplace(core, std::vector<GraphObserver*>{&*impl->fedSink, &*impl->redirection});

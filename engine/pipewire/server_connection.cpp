@@ -17,7 +17,7 @@ const pw_core_events ServerConnection::kCoreEvents = [] {
 
 std::unique_ptr<ServerConnection> ServerConnection::Open(OnLost onLost) {
   std::unique_ptr<ServerConnection> connection(new ServerConnection(std::move(onLost)));
-  if (connection->core_ == nullptr) return nullptr;
+  if (connection->streamCore_ == nullptr) return nullptr;
   return connection;
 }
 
@@ -29,18 +29,24 @@ ServerConnection::ServerConnection(OnLost onLost) : onLost_(std::move(onLost)) {
   context_ = pw_context_new(pw_thread_loop_get_loop(loop_),
                             pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
   if (context_ == nullptr) return;
-  core_ = pw_context_connect(
+  core_ = Connect();
+  if (core_ == nullptr) return;
+  pw_core_add_listener(core_, &coreListener_, &kCoreEvents, this);
+  streamCore_ = Connect();
+  pw_thread_loop_start(loop_);
+}
+
+pw_core* ServerConnection::Connect() const {
+  return pw_context_connect(
       context_,
       pw_properties_new(PW_KEY_APP_NAME, "Tonalyx", PW_KEY_APP_ID, "example.norvane.tonalyx",
                         PW_KEY_APP_ICON_NAME, "tonalyx", nullptr),
       0);
-  if (core_ == nullptr) return;
-  pw_core_add_listener(core_, &coreListener_, &kCoreEvents, this);
-  pw_thread_loop_start(loop_);
 }
 
 ServerConnection::~ServerConnection() {
   if (loop_ != nullptr) pw_thread_loop_stop(loop_);
+  if (streamCore_ != nullptr) pw_core_disconnect(streamCore_);
   if (core_ != nullptr) {
     spa_hook_remove(&coreListener_);
     pw_core_disconnect(core_);

@@ -38,6 +38,10 @@ class ServerConnection {
   };
 
   pw_core* Core() const { return core_; }
+  // For what sound passes through. The server reads nothing from a client that asks the session
+  // manager for something until that one has answered, which in turn waits for the client of a
+  // stream that it sets up: with one client for both they would wait for each other.
+  pw_core* StreamCore() const { return streamCore_; }
   pw_loop* Loop() const { return pw_thread_loop_get_loop(loop_); }
 
   // Under the lock, which is given up meanwhile: waits until the server has worked through all that
@@ -47,6 +51,7 @@ class ServerConnection {
  private:
   explicit ServerConnection(OnLost onLost);
 
+  pw_core* Connect() const;
   static void OnDone(void* connection, std::uint32_t id, int sequence);
   static void OnError(void* connection, std::uint32_t id, int sequence, int result,
                       const char* message);
@@ -58,6 +63,7 @@ class ServerConnection {
   pw_thread_loop* loop_ = nullptr;
   pw_context* context_ = nullptr;
   pw_core* core_ = nullptr;
+  pw_core* streamCore_ = nullptr;
   spa_hook coreListener_{};
 };
 

@@ -67,6 +67,21 @@ void StreamRedirection::Stream::Unbind() {
   pw_proxy_destroy(std::exchange(proxy, nullptr));
 }
 
+StreamRedirection::Metadata::Metadata(StreamRedirection& redirection, pw_registry* boundRegistry,
+                                      std::uint32_t metadataId)
+    : registry(boundRegistry),
+      id(metadataId),
+      proxy(static_cast<pw_metadata*>(
+          pw_registry_bind(registry, id, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA, 0))) {
+  if (proxy != nullptr) pw_metadata_add_listener(proxy, &listener, &kMetadataEvents, &redirection);
+}
+
+StreamRedirection::Metadata::~Metadata() {
+  if (proxy == nullptr) return;
+  spa_hook_remove(&listener);
+  pw_proxy_destroy(reinterpret_cast<pw_proxy*>(proxy));
+}
+
 StreamRedirection::StreamRedirection(pw_core* core, std::string target)
     : core_(core), target_(std::move(target)) {
   pw_core_add_listener(core_, &coreListener_, &kCoreEvents, this);
@@ -80,6 +95,7 @@ StreamRedirection::~StreamRedirection() {
 void StreamRedirection::OnAdded(pw_registry* registry, const GraphObject& object) {
   if (object.type == PW_TYPE_INTERFACE_Metadata &&
       object.Property(PW_KEY_METADATA_NAME) == "default") {
+    UnbindMetadata();
     BindMetadata(registry, object.id);
   }
   if (object.type != PW_TYPE_INTERFACE_Node) return;
@@ -90,7 +106,7 @@ void StreamRedirection::OnAdded(pw_registry* registry, const GraphObject& object
 }
 
 void StreamRedirection::OnRemoved(std::uint32_t id) {
-  if (id == metadataId_) UnbindMetadata();
+  if (metadata_ && id == metadata_->id) UnbindMetadata();
   streams_.erase(id);
   targets_.erase(id);
   serials_.erase(std::to_string(id));
@@ -104,30 +120,32 @@ void StreamRedirection::TakeBack() {
   UnbindMetadata();
 }
 
-// The session manager's, which may end and come back.
 void StreamRedirection::BindMetadata(pw_registry* registry, std::uint32_t id) {
-  UnbindMetadata();
-  metadata_ = static_cast<pw_metadata*>(
-      pw_registry_bind(registry, id, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA, 0));
-  if (metadata_ == nullptr) return;
-  metadataId_ = id;
-  pw_metadata_add_listener(metadata_, &metadataListener_, &kMetadataEvents, this);
+  auto metadata = std::make_unique<Metadata>(*this, registry, id);
+  if (metadata->proxy == nullptr) return;
+  earlierMetadata_ = std::exchange(metadata_, std::move(metadata));
+  isKnown_ = false;
   sync_ = pw_core_sync(core_, PW_ID_CORE, 0);
+}
+
+// The server keeps a word about a stream from those who have not yet answered to the stream's
+// coming: one that the session manager remembers for the program, and says at once, may be missed.
+void StreamRedirection::ReadMetadataAgain() {
+  if (metadata_) BindMetadata(metadata_->registry, metadata_->id);
 }
 
 void StreamRedirection::UnbindMetadata() {
   targets_.clear();
   isKnown_ = false;
-  metadataId_ = PW_ID_ANY;
-  if (metadata_ == nullptr) return;
-  spa_hook_remove(&metadataListener_);
-  pw_proxy_destroy(reinterpret_cast<pw_proxy*>(std::exchange(metadata_, nullptr)));
+  metadata_.reset();
+  earlierMetadata_.reset();
 }
 
 void StreamRedirection::OnDone(void* redirection, std::uint32_t id, int sequence) {
   auto& self = *static_cast<StreamRedirection*>(redirection);
-  if (id != PW_ID_CORE || sequence != self.sync_ || self.metadata_ == nullptr) return;
+  if (id != PW_ID_CORE || sequence != self.sync_ || !self.metadata_) return;
   self.isKnown_ = true;
+  self.earlierMetadata_.reset();
   for (const auto& [stream, unused] : self.streams_) self.Redirect(stream);
 }
 
@@ -137,10 +155,8 @@ void StreamRedirection::OnNodeInfo(void* stream, const pw_node_info* info) {
   const bool isMade =
       std::ranges::any_of(kChoices, [info](const char* key) { return IsSet(info->props, key); });
   self.choice = isMade ? Stream::Choice::Made : Stream::Choice::Open;
-  StreamRedirection& owner = self.owner;
-  const std::uint32_t id = self.id;
   self.Unbind();
-  owner.Redirect(id);
+  if (!isMade) self.owner.ReadMetadataAgain();
 }
 
 int StreamRedirection::OnProperty(void* redirection, std::uint32_t subject, const char* key,
@@ -199,7 +215,7 @@ bool StreamRedirection::IsOwn(const std::optional<Word>& word) const {
 
 void StreamRedirection::Say(std::uint32_t stream, const char* key,
                             const std::optional<Word>& word) const {
-  pw_metadata_set_property(metadata_, stream, key, word ? word->type.c_str() : nullptr,
+  pw_metadata_set_property(metadata_->proxy, stream, key, word ? word->type.c_str() : nullptr,
                            word ? word->value.c_str() : nullptr);
 }
 

@@ -55,6 +55,20 @@ class StreamRedirection final : public GraphObserver {
     spa_hook listener{};
   };
 
+  // The session manager's, which may end and come back. Tells all words that are said, then new
+  // ones.
+  struct Metadata {
+    Metadata(StreamRedirection& redirection, pw_registry* registry, std::uint32_t metadataId);
+    ~Metadata();
+    Metadata(const Metadata&) = delete;
+    Metadata& operator=(const Metadata&) = delete;
+
+    pw_registry* const registry;
+    const std::uint32_t id;
+    pw_metadata* const proxy;
+    spa_hook listener{};
+  };
+
   static void OnDone(void* redirection, std::uint32_t id, int sequence);
   static void OnNodeInfo(void* stream, const pw_node_info* info);
   static int OnProperty(void* redirection, std::uint32_t subject, const char* key, const char* type,
@@ -64,6 +78,7 @@ class StreamRedirection final : public GraphObserver {
   static const pw_metadata_events kMetadataEvents;
 
   void BindMetadata(pw_registry* registry, std::uint32_t id);
+  void ReadMetadataAgain();
   void UnbindMetadata();
   void Redirect(std::uint32_t stream);
   void HearObject(std::uint32_t stream, std::optional<Word> word);
@@ -77,10 +92,9 @@ class StreamRedirection final : public GraphObserver {
   std::map<std::uint32_t, std::unique_ptr<Stream>> streams_;
   std::map<std::uint32_t, Targets> targets_;
   std::map<std::string, std::string> serials_;  // of every node, by its number
-  std::uint32_t metadataId_ = PW_ID_ANY;
-  pw_metadata* metadata_ = nullptr;
-  spa_hook metadataListener_{};
-  // What was said before the engine came is known once the server has answered this.
+  std::unique_ptr<Metadata> metadata_;
+  std::unique_ptr<Metadata> earlierMetadata_;  // until all is read again
+  // What was said before is known once the server has answered this.
   int sync_ = -1;
   bool isKnown_ = false;
 };
