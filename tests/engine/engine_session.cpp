@@ -126,14 +126,11 @@ std::unique_ptr<Recording> EngineSession::Record(const std::string& sink, int ra
   return std::make_unique<Recording>(sink, rate, folder_.Path(), environment_);
 }
 
-std::string EngineSession::StreamNumber() {
-  std::string number;
-  for (const auto& input :
-       nlohmann::json::parse(server_.Control({"--format=json", "list", "sink-inputs"}))) {
-    const auto& properties = input["properties"];
-    if (properties.value("application.name", "") == "pacat") number = input["index"].dump();
+nlohmann::json EngineSession::NodeProperties(const std::string& kind, const std::string& name) {
+  for (const auto& node : nlohmann::json::parse(server_.Control({"--format=json", "list", kind}))) {
+    if (node["properties"].value("node.name", "") == name) return node["properties"];
   }
-  return number;
+  return nlohmann::json::object();
 }
 
 void EngineSession::Store(std::u16string_view route, std::u16string_view setting, int parameter,
@@ -173,14 +170,12 @@ milliseconds EngineSession::WaitForLevel(const Recording& recording, double deci
   return std::chrono::duration_cast<milliseconds>(Clock::now() - begin);
 }
 
-void EngineSession::MoveStream(const std::string& stream, const std::string& sink,
-                               const Recording& recording, double decibels) {
-  constexpr int kTries = 5;
-  for (int i = 0; i < kTries; ++i) {
-    server_.Control({"move-sink-input", stream, sink});
-    if (WaitUntil([&] { return std::abs(recording.Level(1000) - decibels) < kNear; })) return;
-  }
-  ADD_FAILURE() << "the stream does not go to " << sink << "; " << Status();
+void EngineSession::MoveStream(const std::string& sink) {
+  const auto stream = NodeProperties("sink-inputs", "pacat").at("object.id").get<std::string>();
+  const auto target = NodeProperties("sinks", sink);
+  Run({"pw-metadata", "--", stream, "target.node", target.value("object.id", "-1"), "Spa:Id"});
+  Run({"pw-metadata", "--", stream, "target.object", target.value("object.serial", "-1"),
+       "Spa:Id"});
 }
 
 bool EngineSession::WaitUntil(const std::function<bool()>& condition, milliseconds timeout) {

@@ -62,8 +62,8 @@ class EngineSession : public testing::Test {
 
   std::unique_ptr<support::ChildProcess> Play(int rate = 48000);
   std::unique_ptr<Recording> Record(const std::string& sink, int rate = 48000) const;
-  // The number by which a playing program's stream is moved.
-  std::string StreamNumber();
+  // The properties of a node, `kind` being sinks or sink-inputs.
+  nlohmann::json NodeProperties(const std::string& kind, const std::string& name);
 
   void Store(std::u16string_view route, std::u16string_view setting, int parameter, float value);
   void Activate(std::u16string_view route, std::u16string_view setting);
@@ -74,9 +74,9 @@ class EngineSession : public testing::Test {
   // Sets the service's event.
   bool Wake();
 
-  // A move is lost now and then, for a reason that is not known; a person would move again.
-  void MoveStream(const std::string& stream, const std::string& sink, const Recording& recording,
-                  double decibels);
+  // Moves the playing program's stream, with an empty name back to the default: by the words of
+  // pipewire-pulse, which loses them when the one who asked, like pactl, leaves at once.
+  void MoveStream(const std::string& sink);
   // How long it took until the tone at 1 kHz had that level; a failure when it does not come.
   std::chrono::milliseconds WaitForLevel(const Recording& recording, double decibels) const;
   static bool WaitUntil(const std::function<bool()>& condition,

@@ -168,14 +168,19 @@ TEST_F(EngineTest, PlaysWhereTheUserWants) {
   }
   WaitForLevel(*speakers, -6.0);
   // A stream that the user moves is the user's, until it goes back to the default.
-  const std::string stream = StreamNumber();
-  MoveStream(stream, "hdmi", *hdmi, 0.0);
+  MoveStream("hdmi");
+  WaitForLevel(*hdmi, 0.0);
   {
     const auto second = Play();
-    EXPECT_TRUE(WaitUntil([&] { return std::abs(hdmi->Level(1000)) > 0.2; }))
-        << "a new stream of a moved program goes where the user moved it";
+    // Some tones of two streams add to one's height, never all.
+    const auto isChanged = [&](int tone) { return std::abs(hdmi->Level(tone)) > 1.0; };
+    EXPECT_TRUE(WaitUntil([&] {
+      return std::ranges::any_of(std::span(kTones).subspan(2), isChanged);
+    })) << "a new stream of a moved program goes where the user moved it";
   }
-  MoveStream(stream, "speakers", *speakers, -6.0);
+  ASSERT_TRUE(WaitUntil([&] { return std::abs(hdmi->Level(1000)) < 0.2; }));
+  MoveStream("");
+  WaitForLevel(*speakers, -6.0);
   // Volume counts once: half is 18 dB down.
   server_.Control({"set-sink-volume", "speakers", "50%"});
   WaitForLevel(*speakers, -6.0 - 18.06);
