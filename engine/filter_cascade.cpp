@@ -1,7 +1,6 @@
 #include "engine/filter_cascade.h"
 
 #include <algorithm>
-#include <span>
 
 namespace engine {
 
@@ -33,7 +32,7 @@ void FilterCascade::Change(const SoundDesign& design) noexcept {
   for (std::size_t i = 0; i < sectionCount_; ++i) {
     const Frame scale = Both(before[i] / gainsUpTo_[i]);
     for (std::size_t phase = 0; phase < stride_; ++phase) {
-      State& state = states_[phase][i];
+      SectionState& state = states_[phase][i];
       state = {state.s1 * scale, state.s2 * scale};
     }
   }
@@ -41,39 +40,16 @@ void FilterCascade::Change(const SoundDesign& design) noexcept {
 
 // Sample after sample through a few sections: short enough for the processor to have several
 // samples on the way at once, few enough states for its registers.
-template <std::size_t kCount>
-void FilterCascade::RunSections(std::size_t first, Frame* frames, std::size_t count) noexcept {
-  const Coefficients* const c = &coefficients_[first];
-  for (std::size_t phase = 0; phase < stride_; ++phase) {
-    State* const states = &states_[(phase_ + phase) % stride_][first];
-    std::array<State, kCount> s;
-    std::copy_n(states, kCount, s.begin());
-    for (std::size_t f = phase; f < count; f += stride_) {
-      Frame x = frames[f];
-#pragma GCC unroll 8
-      for (std::size_t i = 0; i < kCount; ++i) {
-        const Frame y = x + s[i].s1;
-        s[i].s1 = (c[i].b1 * x + s[i].s2) - c[i].a1 * y;
-        s[i].s2 = c[i].b2 * x - c[i].a2 * y;
-        x = y;
-      }
-      frames[f] = x;
-    }
-    std::copy_n(s.begin(), kCount, states);
-  }
-}
-
 void FilterCascade::Process(Frame* frames, std::size_t count) noexcept {
+  constexpr std::size_t kGroup = 2 * kMaxPairs;
   for (std::size_t first = 0; first < sectionCount_; first += kGroup) {
-    const std::size_t size = std::min(kGroup, sectionCount_ - first);
-    const auto group = std::span(neutral_).subspan(first, size);
-    if (settling_ == 0 && std::ranges::find(group, false) == group.end()) {
-      continue;
-    }
-    if (size == kGroup) {
-      RunSections<kGroup>(first, frames, count);
-    } else {
-      RunSections<kRest>(first, frames, count);
+    std::size_t end = std::min(first + kGroup, sectionCount_);
+    while (end != first && settling_ == 0 && neutral_[end - 1] && neutral_[end - 2]) end -= 2;
+    if (end == first) continue;
+    for (std::size_t phase = 0; phase < std::min(stride_, count); ++phase) {
+      runPairs_((end - first) / 2, &coefficients_[first],
+                &states_[(phase_ + phase) % stride_][first],
+                {frames + phase, (count - phase + stride_ - 1) / stride_, stride_});
     }
   }
   const Frame gain = gain_;

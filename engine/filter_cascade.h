@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "engine/frame.h"
+#include "engine/section_pairs.h"
 #include "engine/sound_design.h"
 
 namespace engine {
@@ -12,6 +13,8 @@ namespace engine {
 // filters at 31 Hz can be heard. A plain value: a copy goes on from the same past.
 class FilterCascade {
  public:
+  explicit FilterCascade(PairRunner runPairs = BestPairRunner()) : runPairs_(runPairs) {}
+
   // Forgets the past.
   void Start(const SoundDesign& design) noexcept;
   // Goes on from the past with other filters, for the same rate.
@@ -20,25 +23,11 @@ class FilterCascade {
   void Process(Frame* frames, std::size_t count) noexcept;
 
  private:
-  // Sections that run together, their states in registers.
-  static constexpr std::size_t kGroup = 6;
-  // What is left for the last group, with one row or three.
-  static constexpr std::size_t kRest = kMaxSections % kGroup;
-  static_assert((dsp::kBandCount + kToneSections) % kGroup == 0);
-
-  struct Coefficients {
-    Frame b1, b2, a1, a2;
-  };
-  // Of a section in the transposed direct form II.
-  struct State {
-    Frame s1, s2;
-  };
+  static_assert(kMaxSections % 2 == 0 && (dsp::kBandCount + kToneSections) % 2 == 0);
 
   void TakeFilters(const SoundDesign& design) noexcept;
 
-  template <std::size_t kCount>
-  void RunSections(std::size_t first, Frame* frames, std::size_t count) noexcept;
-
+  PairRunner runPairs_;
   std::size_t sectionCount_ = 0;
   std::size_t stride_ = 1;
   std::size_t phase_ = 0;  // of the next frame
@@ -46,12 +35,12 @@ class FilterCascade {
   std::size_t settling_ = 0;
   // The sections run without their gains, and this is the product.
   Frame gain_ = Both(1.0);
-  std::array<Coefficients, kMaxSections> coefficients_;
+  std::array<SectionCoefficients, kMaxSections> coefficients_;
   std::array<bool, kMaxSections> neutral_{};
   // Product of the gains up to a section, itself included: what its state lacks.
   std::array<double, kMaxSections> gainsUpTo_;
   // Frames that share no delay have states of their own.
-  std::array<std::array<State, kMaxSections>, kMaxStride> states_;
+  std::array<std::array<SectionState, kMaxSections>, kMaxStride> states_;
 };
 
 }  // namespace engine

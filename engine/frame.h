@@ -40,6 +40,6 @@ inline Frame Swapped(Frame frame) {
 
 // Sound is worked on in blocks of so many frames, counted from the start of the stream, so that the
 // result does not depend on how many frames the server asks for at once.
-inline constexpr std::size_t kBlockFrames = 64;
+inline constexpr std::size_t kBlockFrames = 256;
 
 }  // namespace engine

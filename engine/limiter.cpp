@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "engine/sound_design.h"
 
@@ -12,7 +13,7 @@ namespace {
 constexpr float kCeiling = 0.8423F;
 constexpr double kAttackTime = 0.001;  // s
 constexpr double kReleaseTime = 0.15;  // s
-constexpr std::int64_t kReleaseUnit = std::int64_t{1} << 20;
+constexpr int kReleaseBits = 20;
 
 // The gain is smoothed by two moving sums of this many frames each.
 std::size_t HalfAttack(double sampleRate) {
@@ -29,11 +30,18 @@ void Limiter::MovingSum::Start(std::size_t size, std::int64_t value) noexcept {
   latest_.fill(value);
 }
 
-std::int64_t Limiter::MovingSum::Next(std::int64_t value) noexcept {
-  sum_ += value - latest_[at_];
-  latest_[at_] = value;
-  at_ = at_ + 1 == size_ ? 0 : at_ + 1;
-  return sum_;
+void Limiter::MovingSum::Sum(std::int64_t* values, std::size_t count) noexcept {
+  std::int64_t sum = sum_;
+  std::size_t at = at_;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::int64_t value = values[i];
+    sum += value - latest_[at];
+    latest_[at] = value;
+    at = at + 1 == size_ ? 0 : at + 1;
+    values[i] = sum;
+  }
+  sum_ = sum;
+  at_ = at;
 }
 
 void Limiter::MovingMinimum::Start(std::size_t size) noexcept {
@@ -44,18 +52,27 @@ void Limiter::MovingMinimum::Start(std::size_t size) noexcept {
   latest_.fill(1.0F);
 }
 
-float Limiter::MovingMinimum::Next(float value) noexcept {
-  gathering_ = std::min(gathering_, value);
-  const float least = std::min(gathering_, earlier_);
-  if (++inGathering_ == kGathered) {
-    latest_[at_] = gathering_;
-    at_ = at_ + 1 == size_ ? 0 : at_ + 1;
-    earlier_ =
-        *std::min_element(latest_.begin(), latest_.begin() + static_cast<std::ptrdiff_t>(size_));
-    inGathering_ = 0;
-    gathering_ = 1.0F;
+void Limiter::MovingMinimum::Minimize(float* gains, std::size_t count) noexcept {
+  for (std::size_t i = 0; i < count;) {
+    const std::size_t end = std::min(count, i + kGathered - inGathering_);
+    inGathering_ += end - i;
+    float gathering = gathering_;
+    for (; i < end; ++i) {
+      gathering = std::min(gathering, gains[i]);
+      gains[i] = std::min(gathering, earlier_);
+    }
+    gathering_ = gathering;
+    if (inGathering_ == kGathered) EndGathering();
   }
-  return least;
+}
+
+void Limiter::MovingMinimum::EndGathering() noexcept {
+  latest_[at_] = gathering_;
+  at_ = at_ + 1 == size_ ? 0 : at_ + 1;
+  earlier_ =
+      *std::min_element(latest_.begin(), latest_.begin() + static_cast<std::ptrdiff_t>(size_));
+  inGathering_ = 0;
+  gathering_ = 1.0F;
 }
 
 // A sample's gain is the mean over the last frames of the attack. It has come down fully for all
@@ -67,8 +84,8 @@ std::size_t Limiter::LatencyFrames(double sampleRate) {
 void Limiter::Start(double sampleRate) noexcept {
   const std::size_t half = HalfAttack(sampleRate);
   latency_ = LatencyFrames(sampleRate);
-  release_ = std::llround(static_cast<double>(kReleaseUnit) *
-                          (1.0 - std::exp(-1.0 / (kReleaseTime * sampleRate))));
+  release_ =
+      std::llround(std::exp2(kReleaseBits) * (1.0 - std::exp(-1.0 / (kReleaseTime * sampleRate))));
   scale_ = 1.0 / (static_cast<double>(half * half) * static_cast<double>(kUnity));
   held_ = kUnity;
   atUnity_ = latency_;
@@ -84,12 +101,26 @@ bool Limiter::MayExceed(std::size_t count) const noexcept {
   });
 }
 
-float Limiter::Smooth(float wanted) noexcept {
-  const auto least = static_cast<std::int64_t>(static_cast<float>(kUnity) * minimum_.Next(wanted));
-  const std::int64_t released = held_ + (kUnity - held_) * release_ / kReleaseUnit + 1;
-  held_ = std::min(std::min(released, least), kUnity);
-  atUnity_ = held_ == kUnity ? atUnity_ + 1 : 0;
-  return static_cast<float>(static_cast<double>(smoother_.Next(smooth_.Next(held_))) * scale_);
+void Limiter::Smooth(float* gains, std::size_t count) noexcept {
+  std::array<std::int64_t, kBlockFrames> held;
+  minimum_.Minimize(gains, count);
+  std::int64_t last = held_;
+  std::size_t atUnity = atUnity_;
+  for (std::size_t f = 0; f < count; ++f) {
+    const auto least = static_cast<std::int64_t>(static_cast<float>(kUnity) * gains[f]);
+    // What a gain lacks is never less than nothing.
+    const std::int64_t released = last + ((kUnity - last) * release_ >> kReleaseBits) + 1;
+    last = std::min(released, least);
+    atUnity = last == kUnity ? atUnity + 1 : 0;
+    held[f] = last;
+  }
+  held_ = last;
+  atUnity_ = atUnity;
+  smooth_.Sum(held.data(), count);
+  smoother_.Sum(held.data(), count);
+  for (std::size_t f = 0; f < count; ++f) {
+    gains[f] = static_cast<float>(static_cast<double>(held[f]) * scale_);
+  }
 }
 
 void Limiter::Process(const Frame* frames, std::size_t count, float* left, float* right) noexcept {
@@ -107,10 +138,11 @@ void Limiter::Process(const Frame* frames, std::size_t count, float* left, float
     if (mayExceed) {
       for (const auto& line : lines_) estimator_.RaisePeaks(&line[latency_], count, peaks.data());
     }
+    for (float& peak : std::span(peaks).first(count)) peak = kCeiling / std::max(peak, kCeiling);
+    Smooth(peaks.data(), count);
     for (std::size_t f = 0; f < count; ++f) {
-      const float gain = Smooth(kCeiling / std::max(peaks[f], kCeiling));
-      left[f] = lines_[0][f] * gain;
-      right[f] = lines_[1][f] * gain;
+      left[f] = lines_[0][f] * peaks[f];
+      right[f] = lines_[1][f] * peaks[f];
     }
   }
   for (auto& line : lines_) {

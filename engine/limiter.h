@@ -31,7 +31,8 @@ class Limiter {
   class MovingSum {
    public:
     void Start(std::size_t size, std::int64_t value) noexcept;
-    std::int64_t Next(std::int64_t value) noexcept;
+    // Takes so many gains and puts the sums in their place.
+    void Sum(std::int64_t* values, std::size_t count) noexcept;
 
    private:
     std::size_t size_ = 1;
@@ -44,11 +45,14 @@ class Limiter {
   class MovingMinimum {
    public:
     void Start(std::size_t size) noexcept;
-    float Next(float value) noexcept;
-    // The same as so many times Next(1) while all are 1.
+    // Takes so many gains and puts the least in their place.
+    void Minimize(float* gains, std::size_t count) noexcept;
+    // The same for gains of 1 while all are 1.
     void Skip(std::size_t count) noexcept { inGathering_ = (inGathering_ + count) % kGathered; }
 
    private:
+    void EndGathering() noexcept;
+
     // Gains are gathered by so many, and of the gatherings the least is kept.
     static constexpr std::size_t kGathered = 8;
 
@@ -61,7 +65,8 @@ class Limiter {
   };
 
   bool MayExceed(std::size_t count) const noexcept;
-  float Smooth(float wanted) noexcept;
+  // From the gains that samples want to those that they get.
+  void Smooth(float* gains, std::size_t count) noexcept;
 
   TruePeakEstimator estimator_;
   std::size_t latency_ = 1;

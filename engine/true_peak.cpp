@@ -2,6 +2,9 @@
 
 #include <cmath>
 #include <numbers>
+#include <tuple>
+
+#include "engine/wide.h"
 
 namespace engine {
 namespace {
@@ -33,6 +36,39 @@ float HighestGain(const auto& taps) {
   return 1.0001F * sum;
 }
 
+template <typename Half, typename Quarter>
+[[gnu::always_inline]] inline void Raise(const Half& half, const Quarter& quarter,
+                                         const float* samples, std::size_t count, float* peaks) {
+  const auto higher = [](float a, float b) { return a > b ? a : b; };
+  // Point i lies halfway between oldest[i] and oldest[i + 1].
+  const float* const oldest = samples - quarter.size() - half.size();
+  std::array<float, kBlockFrames + std::tuple_size_v<Quarter>> halfway;
+  for (std::size_t i = 0; i < count + quarter.size(); ++i) {
+    float sum = 0.0F;
+    for (std::size_t k = 0; k < half.size(); ++k) {
+      sum += half[k] * (*(oldest + i - k) + *(oldest + i + 1 + k));
+    }
+    halfway[i] = sum;
+  }
+  // From a sample to its successor, with two halves before and two after the one between them.
+  for (std::size_t i = 0; i < count; ++i) {
+    const float* const s = oldest + i + 2;
+    const float* const h = &halfway[i + 2];
+    const float first = quarter[0] * (s[0] + h[0]) + quarter[1] * (h[-1] + s[1]) +
+                        quarter[2] * (s[-1] + h[1]) + quarter[3] * (h[-2] + s[2]);
+    const float third = quarter[0] * (h[0] + s[1]) + quarter[1] * (s[0] + h[1]) +
+                        quarter[2] * (h[-1] + s[2]) + quarter[3] * (s[-1] + h[2]);
+    const float outer = higher(std::abs(first), std::abs(third));
+    peaks[i] = higher(peaks[i], higher(outer, higher(std::abs(s[0]), std::abs(h[0]))));
+  }
+}
+
+template <typename Half, typename Quarter>
+TONALYX_AVX2 void RaiseWide(const Half& half, const Quarter& quarter, const float* samples,
+                            std::size_t count, float* peaks) {
+  Raise(half, quarter, samples, count, peaks);
+}
+
 }  // namespace
 
 TruePeakEstimator::TruePeakEstimator()
@@ -52,27 +88,10 @@ bool TruePeakEstimator::MayExceed(float limit, const float* samples,
 
 void TruePeakEstimator::RaisePeaks(const float* samples, std::size_t count,
                                    float* peaks) const noexcept {
-  const auto higher = [](float a, float b) { return a > b ? a : b; };
-  // Point i lies halfway between oldest[i] and oldest[i + 1].
-  const float* const oldest = samples - kQuarterTaps - kHalfTaps;
-  std::array<float, kBlockFrames + kQuarterTaps> halfway;
-  for (std::size_t i = 0; i < count + kQuarterTaps; ++i) {
-    float sum = 0.0F;
-    for (std::size_t k = 0; k < kHalfTaps; ++k) {
-      sum += half_[k] * (*(oldest + i - k) + *(oldest + i + 1 + k));
-    }
-    halfway[i] = sum;
-  }
-  // From a sample to its successor, with two halves before and two after the one between them.
-  for (std::size_t i = 0; i < count; ++i) {
-    const float* const s = oldest + i + 2;
-    const float* const h = &halfway[i + 2];
-    const float first = quarter_[0] * (s[0] + h[0]) + quarter_[1] * (h[-1] + s[1]) +
-                        quarter_[2] * (s[-1] + h[1]) + quarter_[3] * (h[-2] + s[2]);
-    const float third = quarter_[0] * (h[0] + s[1]) + quarter_[1] * (s[0] + h[1]) +
-                        quarter_[2] * (h[-1] + s[2]) + quarter_[3] * (s[-1] + h[2]);
-    const float outer = higher(std::abs(first), std::abs(third));
-    peaks[i] = higher(peaks[i], higher(outer, higher(std::abs(s[0]), std::abs(h[0]))));
+  if (HasAvx2()) {
+    RaiseWide(half_, quarter_, samples, count, peaks);
+  } else {
+    Raise(half_, quarter_, samples, count, peaks);
   }
 }
 

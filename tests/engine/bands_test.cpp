@@ -6,6 +6,7 @@
 
 #include "dsp/biquad.h"
 #include "dsp/response.h"
+#include "engine/filter_cascade.h"
 #include "tests/engine/player.h"
 #include "tests/engine/scalar_engine.h"
 
@@ -142,23 +143,38 @@ TEST(BandsDesignTest, EveryRateIsStable) {
 }
 
 TEST(BandsDesignTest, LanesDoWhatScalarsDo) {
+  constexpr std::array<std::size_t, 6> kPortions = {1, 2, 5, 256, 17, 256};
   std::mt19937 random(5);
   for (const double rate : {44100.0, 48000.0, 96000.0}) {
     SoundSettings settings;
     for (auto& band : settings.bands) {
       band = BandSettings{dsp::FilterType::Peaking, RandomBand(random).frequency, 1.5F, 1.0F};
     }
-    ScalarBands left(DesignSound(settings, rate));
-    ScalarBands right(DesignSound(settings, rate));
-    const Stereo in = Signal(20000, Noise(0.005, 1), Noise(0.005, 2));
-    const Stereo out = Player(rate, settings).Play(in);
+    const SoundDesign design = DesignSound(settings, rate);
+    FilterCascade plain(RunPairsPlainly);
+    FilterCascade best;
+    plain.Start(design);
+    best.Start(design);
+    auto noise = Noise(0.5);
+    ScalarBands left(design);
+    ScalarBands right(design);
     double error = 0.0;
     double power = 0.0;
-    for (std::size_t i = 0, from = LatencyFrames(rate); i + from < in.left.size(); ++i) {
-      const double l = left.Next(in.left[i]);
-      const double r = right.Next(in.right[i]);
-      error += std::pow(out.left[i + from] - l, 2) + std::pow(out.right[i + from] - r, 2);
-      power += l * l + r * r;
+    for (int turn = 0; turn < 300; ++turn) {
+      std::vector<Frame> in(kPortions[static_cast<std::size_t>(turn) % kPortions.size()]);
+      for (Frame& frame : in) frame = MakeFrame(noise(0), noise(0));
+      std::vector<Frame> out = in;
+      std::vector<Frame> plainOut = in;
+      best.Process(out.data(), out.size());
+      plain.Process(plainOut.data(), out.size());
+      for (std::size_t i = 0; i < in.size(); ++i) {
+        const double l = left.Next(in[i].lanes[0]);
+        const double r = right.Next(in[i].lanes[1]);
+        error += std::pow(out[i].lanes[0] - l, 2) + std::pow(out[i].lanes[1] - r, 2);
+        power += l * l + r * r;
+        ASSERT_EQ(out[i].lanes[0], plainOut[i].lanes[0]) << rate;
+        ASSERT_EQ(out[i].lanes[1], plainOut[i].lanes[1]) << rate;
+      }
     }
     EXPECT_LE(10.0 * std::log10(error / power), -120.0) << rate;
   }

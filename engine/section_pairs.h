@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+
+#include "engine/frame.h"
+
+namespace engine {
+
+// Of a section, the same for both channels.
+struct SectionCoefficients {
+  Frame b1, b2, a1, a2;
+};
+
+// In the transposed direct form II.
+struct SectionState {
+  Frame s1, s2;
+};
+
+// Frames that follow each other in a filter's delays, though not in memory.
+struct SpacedFrames {
+  Frame* first;
+  std::size_t count;
+  std::size_t stride;
+};
+
+inline constexpr std::size_t kMaxPairs = 6;
+
+// Runs so many pairs of sections, 1 to kMaxPairs, one section after the other.
+using PairRunner = void (*)(std::size_t pairs, const SectionCoefficients* coefficients,
+                            SectionState* states, SpacedFrames frames);
+
+// For every processor.
+void RunPairsPlainly(std::size_t pairs, const SectionCoefficients* coefficients,
+                     SectionState* states, SpacedFrames frames);
+
+// The fastest on this processor. All give the same result to the last bit.
+PairRunner BestPairRunner() noexcept;
+
+}  // namespace engine
