@@ -6,6 +6,7 @@
 #include <sstream>
 #include <thread>
 
+#include "dsp/response.h"
 #include "engine_link/event_names.h"
 #include "platform/linux/events/fifo_events.h"
 #include "store/registry_layout.h"
@@ -39,6 +40,25 @@ std::vector<std::string> RecordCommand(const std::string& sink, int rate, const 
 }
 
 }  // namespace
+
+double CurveAt(dsp::ConstParameterValues values, double frequency) {
+  dsp::ResponsePlotData plot;
+  dsp::BuildResponseGrid(plot.evalFreqs);
+  dsp::CoefficientTable coefficients{};
+  dsp::UpdateBandCoefficients(values, coefficients);
+  dsp::EvaluateResponse(values, coefficients, plot);
+  const auto& grid = plot.evalFreqs;
+  const auto level = [&grid](std::size_t i) {
+    return 20.0 * std::log10(std::hypot(static_cast<double>(grid.response.re[i]),
+                                        static_cast<double>(grid.response.im[i])));
+  };
+  std::size_t i = 1;
+  while (i + 1 < grid.f.size() && static_cast<double>(grid.f[i]) < frequency) ++i;
+  const double below = std::log(static_cast<double>(grid.f[i - 1]));
+  const double above = std::log(static_cast<double>(grid.f[i]));
+  const double share = (std::log(frequency) - below) / (above - below);
+  return level(i - 1) + share * (level(i) - level(i - 1));
+}
 
 Recording::Recording(const std::string& sink, int rate, const fs::path& folder,
                      const std::map<std::string, std::string>& environment)
@@ -107,7 +127,8 @@ std::unique_ptr<ChildProcess> EngineSession::Play(int rate) {
     for (int i = 0; i < rate; ++i) {
       double value = 0.0;
       for (const int tone : kTones) value += std::sin(kTurn * tone * i / rate + tone);
-      second.insert(second.end(), 2, static_cast<float>(kToneLevel * value));
+      second.push_back(static_cast<float>(kToneLevel * value));
+      second.push_back(static_cast<float>(0.5 * kToneLevel * value));
     }
     std::ofstream stream(file, std::ios::binary);
     for (int i = 0; i < kSeconds; ++i) {

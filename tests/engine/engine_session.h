@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "dsp/eq_model.h"
 #include "platform/linux/registry/sqlite_registry.h"
 #include "tests/audio/pulse_daemon.h"
 #include "tests/support/child_process.h"
@@ -25,10 +26,14 @@ namespace engine {
 // A null sink has no ports, so nothing tells of a speaker or of headphones.
 inline constexpr std::u16string_view kLineOut = u"{DFF21FE3-F70F-11D0-B917-00A0C9223196}";
 
-// Each of these sounds at once, at kToneLevel; Hz, whole periods in a second.
+// Each of these sounds at once, at kToneLevel, in the right channel at half of it; Hz, whole
+// periods in a second.
 inline constexpr std::array kTones = {31,   63,   100,  160,  250,  400,   630,
                                       1000, 1600, 2500, 4000, 6300, 10000, 16000};
 inline constexpr double kToneLevel = 0.03;
+
+// What the panel draws, in dB.
+double CurveAt(dsp::ConstParameterValues values, double frequency);
 
 // Records what a sink plays until destruction.
 class Recording {
@@ -36,7 +41,8 @@ class Recording {
   Recording(const std::string& sink, int rate, const std::filesystem::path& folder,
             const std::map<std::string, std::string>& environment);
 
-  // The level of a tone during the last `seconds`, in dB above that with which it was played.
+  // The level of a tone in the left channel during the last `seconds`, in dB above that with which
+  // it was played.
   double Level(int frequency, double seconds = 0.1) const;
   std::vector<float> Last(double seconds) const;
 

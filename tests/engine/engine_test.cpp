@@ -5,7 +5,6 @@
 #include <cmath>
 #include <fstream>
 
-#include "dsp/response.h"
 #include "store/registry_layout.h"
 #include "tests/engine/engine_session.h"
 
@@ -19,26 +18,6 @@ using testing::HasSubstr;
 using EngineTest = EngineSession;
 
 constexpr const char* kSinkNode = "tonalyx-engine";
-
-// What the panel draws, in dB.
-double CurveAt(dsp::ConstParameterValues values, double frequency) {
-  dsp::ResponsePlotData plot;
-  dsp::BuildResponseGrid(plot.evalFreqs);
-  dsp::CoefficientTable coefficients{};
-  dsp::UpdateBandCoefficients(values, coefficients);
-  dsp::EvaluateResponse(values, coefficients, plot);
-  const auto& grid = plot.evalFreqs;
-  const auto level = [&grid](std::size_t i) {
-    return 20.0 * std::log10(std::hypot(static_cast<double>(grid.response.re[i]),
-                                        static_cast<double>(grid.response.im[i])));
-  };
-  std::size_t i = 1;
-  while (i + 1 < grid.f.size() && static_cast<double>(grid.f[i]) < frequency) ++i;
-  const double below = std::log(static_cast<double>(grid.f[i - 1]));
-  const double above = std::log(static_cast<double>(grid.f[i]));
-  const double share = (std::log(frequency) - below) / (above - below);
-  return level(i - 1) + share * (level(i) - level(i - 1));
-}
 
 TEST_F(EngineTest, SoundsAsThePanelDrawsAtEveryRate) {
   auto values = dsp::InitialParameters();
