@@ -12,56 +12,11 @@ modes=(Off Music Movie Recording Gaming Speech)
 route='{DFF21CE1-F70F-11D0-B917-00A0C9223196}'
 settings='HKLM\SOFTWARE\Norvane\Velsona\Parameters\'$route'\Settings'
 
-work=$(mktemp -d)
+# shellcheck source=scripts/lib/audio_session.sh
+. "$top/scripts/lib/audio_session.sh"
 # The store of the panel stays as it is.
 cp -r "$TONALYX_ROOT" "$work/state"
 export TONALYX_ROOT=$work/state
-started=()
-cleanup() {
-  local i
-  for ((i = ${#started[@]} - 1; i >= 0; i--)); do
-    kill "${started[i]}" 2>/dev/null || true
-    wait "${started[i]}" 2>/dev/null || true
-  done
-  rm -rf "$work"
-}
-trap cleanup EXIT
-
-start() {
-  "$@" >>"$work/log" 2>&1 &
-  started+=($!)
-}
-
-# wait_until COMMAND...: thirty seconds at most; then what was started tells what it said.
-wait_until() {
-  local _
-  for _ in $(seq 600); do
-    "$@" >/dev/null 2>&1 && return 0
-    sleep 0.05
-  done
-  echo "heard.sh: waited in vain for: $*" >&2
-  cat "$work/log" >&2
-  return 1
-}
-
-# start_session: PipeWire with all of its parts, and a sink that swallows what it gets.
-start_session() {
-  export HOME=$work XDG_RUNTIME_DIR=$work/runtime XDG_CONFIG_HOME=$work/config
-  export PULSE_RUNTIME_PATH=$XDG_RUNTIME_DIR/pulse PULSE_SERVER=unix:$XDG_RUNTIME_DIR/pulse/native
-  export DBUS_SESSION_BUS_ADDRESS=unix:path=$XDG_RUNTIME_DIR/bus
-  mkdir -m 700 "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME"
-  # Bluetooth asks for the seats of logind, and without them the session manager gives up.
-  mkdir -p "$XDG_CONFIG_HOME/wireplumber/bluetooth.lua.d"
-  echo 'bluez_monitor.enabled = false' >"$XDG_CONFIG_HOME/wireplumber/bluetooth.lua.d/51-off.lua"
-  start dbus-daemon --session --nofork --address="$DBUS_SESSION_BUS_ADDRESS"
-  start pipewire
-  wait_until test -S "$XDG_RUNTIME_DIR/pipewire-0"
-  start wireplumber
-  start pipewire-pulse
-  wait_until pactl info
-  pactl load-module module-null-sink sink_name=speaker rate=48000 >/dev/null
-  wait_until pactl set-default-sink speaker
-}
 
 format=(--raw --format=float32le --rate=48000 --channels=2)
 
