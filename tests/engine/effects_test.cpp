@@ -18,13 +18,16 @@ double Gain(const SoundSettings& settings, double frequency, double height = 0.0
 
 TEST(EffectsTest, BassAndTrebleAreShelves) {
   for (const double rate : {44100.0, kRate, 96000.0}) {
-    for (const float amount : {0.0F, 0.25F, 0.5F, 1.0F}) {
+    for (const auto& [amount, atCorner] : {std::pair(0.0F, -9.256), std::pair(0.25F, -3.963),
+                                           std::pair(0.5F, 0.0), std::pair(1.0F, 9.256)}) {
       const double height = 24.0 * (static_cast<double>(amount) - 0.5);
       const SoundSettings bass{.bass = amount};
       const SoundSettings treble{.treble = amount};
       EXPECT_NEAR(Gain(bass, 20.0, 0.05, rate), height, 0.2) << amount;
+      EXPECT_NEAR(Gain(bass, 120.0, 0.05, rate), atCorner, 0.05) << amount;
       EXPECT_NEAR(Gain(bass, 2000.0, 0.05, rate), 0.0, 0.1) << amount;
       EXPECT_NEAR(Gain(treble, 18000.0, 0.05, rate), height, 0.4) << amount;
+      EXPECT_NEAR(Gain(treble, 6000.0, 0.05, rate), atCorner, 0.05) << amount;
       EXPECT_NEAR(Gain(treble, 300.0, 0.05, rate), 0.0, 0.1) << amount;
     }
   }
@@ -40,6 +43,23 @@ TEST(EffectsTest, LoudnessGivesQuietPassagesMoreBassAndTreble) {
   EXPECT_NEAR(Gain(full, 15000.0, 0.001), 3.0, 0.5);
   EXPECT_NEAR(Gain(full, 900.0, 0.001), 0.6, 0.6);
   EXPECT_LT(Gain(full, 30.0, 0.8), 1.5);
+}
+
+// Loud sound takes the boost away at once, a pause does not bring it at once.
+TEST(EffectsTest, LoudnessFollowsTheLevelUpFastAndDownSlowly) {
+  const auto half = static_cast<std::size_t>(4.0 * kRate);
+  const auto gainAfterStep = [&](double before, double after, double from, double to) {
+    const auto sine = Sine(60.0, 1.0, kRate);
+    const Stereo out = Player(kRate, {.loudness = 1.0F}).Play(Signal(2 * half, [&](std::size_t i) {
+      return (i < half ? before : after) * sine(i);
+    }));
+    const auto at = [&](double time) {
+      return out.left.begin() + static_cast<std::ptrdiff_t>(half + time * kRate);
+    };
+    return Decibels(Amplitude({at(from), at(to)}, 60.0, kRate) / after);
+  };
+  EXPECT_NEAR(gainAfterStep(0.002, 0.1, 0.02, 0.12), 6.5, 0.8);
+  EXPECT_NEAR(gainAfterStep(0.1, 0.002, 0.2, 0.6), 6.5, 0.8);
 }
 
 // The middle is as it was to the last bit, the sides are up to twice as loud.

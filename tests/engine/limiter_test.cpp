@@ -90,5 +90,16 @@ TEST(LimiterTest, TakesNothingFromWhatIsLowEnough) {
   EXPECT_LT(Amplitude(loud.left, 3000.0, 48000.0, 24000), 0.001) << "no distortion";
 }
 
+// By half of the way in some 100 ms, so that a beat does not pump what follows it.
+TEST(LimiterTest, LetsGoSlowly) {
+  EXPECT_EQ(LatencyFrames(48000.0), 81U);
+  const Stereo out =
+      Player(48000.0).Play(Signal(48000, [sine = Sine(1000.0, 1.0, 48000.0)](std::size_t i) {
+        return (i < 24000 ? 2.0 : 0.4) * sine(i);
+      }));
+  const std::vector<float> after(out.left.begin() + 24000, out.left.begin() + 24000 + 14400);
+  EXPECT_NEAR(Amplitude(after, 1000.0, 48000.0), 0.4 * (1.0 - 0.58 * std::exp(-1.0)), 0.02);
+}
+
 }  // namespace
 }  // namespace engine

@@ -70,6 +70,19 @@ TEST(SoundChangeTest, FullRangeChangesDoNotClick) {
   }
 }
 
+TEST(SoundChangeTest, FadesAlongARaisedCosineOfTwentyMilliseconds) {
+  Player player(kRate);
+  const auto constant = [](double value) { return [=](std::size_t) { return value; }; };
+  const Stereo sides = Signal(2000, constant(0.1), constant(-0.1));
+  player.Play(sides);
+  player.Set({.widener = 1.0F});
+  const Stereo out = player.Play(sides);
+  for (const double part : {0.0, 0.25, 0.5, 0.75, 1.0}) {
+    const std::size_t at = LatencyFrames(kRate) + static_cast<std::size_t>(960.0 * part);
+    EXPECT_NEAR(out.left[at], 0.15 - 0.05 * std::cos(std::numbers::pi * part), 0.0005) << part;
+  }
+}
+
 // One that comes during a fade waits, and of several the last counts.
 TEST(SoundChangeTest, TheLastOfManyCounts) {
   Player player(kRate);
