@@ -30,15 +30,33 @@ class ImagePlacement {
   Gdiplus::PixelOffsetMode offset_;
 };
 
-// The library itself may copy by way of colours that are not premultiplied, which loses some.
-void CopyPixels(const Bitmap::Impl& source, std::int32_t x, std::int32_t y, Bitmap::Impl& target,
-                Gdiplus::Graphics& surface) {
+// Premultiplied colours, one upon the other.
+std::uint32_t Over(std::uint32_t above, std::uint32_t below) {
+  const std::uint32_t share = 255U - (above >> 24U);
+  std::uint32_t result = above;
+  for (const unsigned shift : {24U, 16U, 8U, 0U}) {
+    result += (((below >> shift) & 0xFFU) * share + 127U) / 255U << shift;
+  }
+  return result;
+}
+
+// Pixel upon pixel. The library itself may do that by way of colours that are not premultiplied,
+// which loses some.
+void PlacePixels(const Bitmap::Impl& source, std::int32_t x, std::int32_t y, Bitmap::Impl& target,
+                 Gdiplus::Graphics& surface) {
   surface.Flush(Gdiplus::FlushIntentionSync);
   Gdiplus::Rect area;
   surface.GetVisibleClipBounds(&area);
   if (!area.Intersect({x, y, source.width, source.height})) return;
+  const bool copies = surface.GetCompositingMode() == Gdiplus::CompositingModeSourceCopy;
   for (INT row = area.GetTop(); row < area.GetBottom(); ++row) {
-    std::copy_n(source.At(area.X - x, row - y), area.Width, target.At(area.X, row));
+    const std::uint32_t* from = source.At(area.X - x, row - y);
+    std::uint32_t* to = target.At(area.X, row);
+    if (copies) {
+      std::copy_n(from, area.Width, to);
+    } else {
+      std::transform(from, from + area.Width, to, to, Over);
+    }
   }
 }
 
@@ -161,9 +179,8 @@ void Graphics::DrawImage(const Bitmap& image, const Rect& target) {
   if (target.Width() <= 0 || target.Height() <= 0) return;
   const Bitmap::Impl& source = image.Native();
   const bool exact = target.Width() == source.width && target.Height() == source.height;
-  if (exact && impl_->target != nullptr &&
-      impl_->surface.GetCompositingMode() == Gdiplus::CompositingModeSourceCopy) {
-    return CopyPixels(source, target.left, target.top, *impl_->target, impl_->surface);
+  if (exact && impl_->target != nullptr) {
+    return PlacePixels(source, target.left, target.top, *impl_->target, impl_->surface);
   }
   const ImagePlacement placement(impl_->surface, exact ? Gdiplus::InterpolationModeNearestNeighbor
                                                        : impl_->surface.GetInterpolationMode());
