@@ -22,9 +22,6 @@ constexpr std::uint32_t kGo = message::kUser + 50;
 
 class WindowMessages : public testing::Test {
  protected:
-  // A pointer over the window would move there now and then.
-  WindowMessages() { X11Desktop().MovePointer(0, 0); }
-
   // Starts `go` when the window has come up and been painted, and ends the dialog a little later;
   // what happened from then on.
   Log RunWhenShown(const std::function<void()>& go) {

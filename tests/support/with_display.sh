@@ -66,5 +66,8 @@ if [ "${TONALYX_COMPOSITOR:-}" != none ]; then
   wait_for compositor has_compositor
 fi
 
+# In the middle, where windows come up, it would have a say.
+xdotool mousemove 0 0
+
 "$@"
 exit $?

@@ -178,17 +178,16 @@ void Graphics::DrawImage(const Bitmap& image, std::int32_t x, std::int32_t y) {
 void Graphics::DrawImage(const Bitmap& image, const Rect& target) {
   if (target.Width() <= 0 || target.Height() <= 0) return;
   const Bitmap::Impl& source = image.Native();
-  const bool exact = target.Width() == source.width && target.Height() == source.height;
-  if (exact && impl_->target != nullptr) {
+  if (impl_->target == nullptr) return;
+  if (target.Width() == source.width && target.Height() == source.height) {
     return PlacePixels(source, target.left, target.top, *impl_->target, impl_->surface);
   }
-  const ImagePlacement placement(impl_->surface, exact ? Gdiplus::InterpolationModeNearestNeighbor
-                                                       : impl_->surface.GetInterpolationMode());
+  const ImagePlacement placement(impl_->surface, impl_->surface.GetInterpolationMode());
   // Edges are mirrored where they would else mix with the transparency around them.
   Gdiplus::ImageAttributes mirrored;
   mirrored.SetWrapMode(Gdiplus::WrapModeTileFlipXY);
   impl_->surface.DrawImage(&source.image, ToNative(target), 0, 0, source.width, source.height,
-                           Gdiplus::UnitPixel, exact ? nullptr : &mirrored);
+                           Gdiplus::UnitPixel, &mirrored);
 }
 
 void Graphics::FillTiled(const Bitmap& tile, const Rect& area) {

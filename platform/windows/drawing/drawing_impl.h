@@ -46,10 +46,11 @@ struct Path::Impl {
 
 struct Graphics::Impl {
   explicit Impl(Bitmap::Impl& bitmap) : surface(&bitmap.image), target(&bitmap) {}
-  explicit Impl(HDC context) : surface(context) {}
+  // Draws nothing.
+  Impl() : surface(static_cast<HDC>(nullptr)) {}
 
   Gdiplus::Graphics surface;
-  Bitmap::Impl* target = nullptr;  // null for a device context
+  Bitmap::Impl* target = nullptr;
 };
 
 }  // namespace platform

@@ -105,9 +105,7 @@ void NativeWindow::Paint(HDC context) {
     Graphics graphics(*picture);
     DrawAbove(graphics);
   }
-  const std::unique_ptr<Graphics> screen = GraphicsForDeviceContext(context);
-  screen->SetCompositingMode(CompositingMode::SourceCopy);
-  screen->DrawImage(*picture, 0, 0);
+  CopyToDevice(*picture, context);
   Keep(std::move(picture));
 }
 

@@ -1,6 +1,6 @@
 #include "platform/window.h"
 
-#include "platform/windows/drawing/device_surface.h"
+#include "platform/windows/drawing/drawing_impl.h"
 #include "platform/windows/wide_text.h"
 #include "platform/windows/windows/native_window.h"
 #include "platform/windows/windows/window_icon.h"
@@ -157,8 +157,8 @@ void Window::SetIcon(std::uint16_t iconResource) {
 PaintContext::PaintContext(Window& window) {
   NativeWindow* native = window.Native().native;
   Bitmap* surface = native != nullptr ? native->Surface() : nullptr;
-  graphics_ =
-      surface != nullptr ? std::make_unique<Graphics>(*surface) : GraphicsForDeviceContext(nullptr);
+  graphics_ = surface != nullptr ? std::make_unique<Graphics>(*surface)
+                                 : std::make_unique<Graphics>(std::make_unique<Graphics::Impl>());
 }
 PaintContext::~PaintContext() = default;
 
