@@ -37,8 +37,7 @@ TEST_F(ScaledButtonTest, ShowsItsImageInTheMiddle) {
     ExpectSpots(Picture(button), {{0, 0, 0xFFFF0000}, {bare.Width() - 1, 1, 0xFF00FF00}}, 0);
     button.SetImage(std::nullopt);
     EXPECT_TRUE(SamePixels(Picture(button), bare));
-    Press(button, {5, 5});
-    Release(button, {5, 5});
+    Click(button, {5, 5});
     EXPECT_THAT(Notices(), ElementsAre(Changed(button, platform::kNotifyClicked)));
   });
 }
@@ -62,8 +61,7 @@ TEST_F(ScaledButtonTest, ACheckBoxShowsItsStateAtTheRightAndItsCaptionAtTheLeft)
     EXPECT_TRUE(Shows(Picture(box), 190, x, y));
     check(0);
     EXPECT_TRUE(Shows(Picture(box), 141, x, y));
-    Press(box, {20, 5});
-    Release(box, {20, 5});
+    Click(box, {20, 5});
     EXPECT_EQ(box.Send(platform::message::kGetCheck, 0, 0), 0);
     EXPECT_THAT(Notices(), ElementsAre(Changed(box, platform::kNotifyClicked)));
 

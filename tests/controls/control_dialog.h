@@ -10,6 +10,7 @@
 #include "platform/dialog.h"
 #include "platform/screen.h"
 #include "tests/controls/picture.h"
+#include "tests/support/lacks.h"
 #include "tests/support/scripted_window.h"
 #include "ui/controls/buttons/png_button.h"
 #include "ui/controls/buttons/png_checkbox.h"
@@ -115,7 +116,7 @@ class NotingDialog : public platform::Dialog {
 };
 
 // Runs a test while the dialog is open.
-class ControlTest : public testing::Test {
+class ControlTest : public support::SkipsWhatLacks {
  protected:
   void Run(std::function<void()> body) {
     dialog_.ThenDo([body = std::move(body)] {
@@ -150,6 +151,13 @@ class ControlTest : public testing::Test {
   }
   static void Release(Window& control, Point point) {
     control.Send(platform::message::kLeftButtonUp, 0, platform::PointToLParam(point));
+  }
+  // By the pointer: what is a click is not for every control to find out.
+  void Click(const Window& control, Point point) {
+    const Rect area = dialog_.AreaOf(control);
+    for (const Mouse mouse : {Mouse::Press, Mouse::Release}) {
+      Use(mouse, {area.left + point.x, area.top + point.y});
+    }
   }
 
   const std::uint32_t dpi_ = platform::GetScreenDpi().x;

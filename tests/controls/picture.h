@@ -3,12 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QBuffer>
-#include <QMouseEvent>
-#include <QScreen>
-#include <QWidget>
-#include <QWindow>
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -16,7 +10,6 @@
 #include <initializer_list>
 #include <ios>
 #include <span>
-#include <stdexcept>
 #include <string_view>
 
 #include "platform/drawing.h"
@@ -26,43 +19,17 @@
 
 namespace ui {
 
-inline QWidget& VisibleWindow() {
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window->isVisible()) return *window;
-  }
-  throw std::runtime_error("no window is visible");
-}
-
 // Does what is due: messages that are posted, then paints.
-inline void Settle() {
-  for (int round = 0; round < 3; ++round) QCoreApplication::processEvents();
-}
+void Settle();
 
 // What the visible window shows at present in this part of it, whether or not a paint is due.
-inline platform::Bitmap WindowPicture(const platform::Rect& area) {
-  QByteArray png;
-  QBuffer buffer(&png);
-  QGuiApplication::primaryScreen()
-      ->grabWindow(VisibleWindow().winId(), area.left, area.top, area.Width(), area.Height())
-      .save(&buffer, "PNG", 100);
-  return platform::Bitmap::FromPng(
-             std::as_bytes(std::span(png.constData(), std::size_t(png.size()))))
-      .value();
-}
+platform::Bitmap WindowPicture(const platform::Rect& area);
 
 // A mouse over the visible window, wherever the pointer is by then.
 enum class Mouse { Press, Move, Release };
-inline void Use(Mouse mouse, platform::Point client) {
-  constexpr QEvent::Type kTypes[] = {QEvent::MouseButtonPress, QEvent::MouseMove,
-                                     QEvent::MouseButtonRelease};
-  const QPointF place(client.x, client.y);
-  QWidget& window = VisibleWindow();
-  QMouseEvent event(kTypes[static_cast<int>(mouse)], place, window.mapToGlobal(place),
-                    mouse == Mouse::Move ? Qt::NoButton : Qt::LeftButton,
-                    mouse == Mouse::Release ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
-  QCoreApplication::sendEvent(window.windowHandle(), &event);
-  Settle();
-}
+void Use(Mouse mouse, platform::Point client);
+
+bool VisibleWindowHasIcon();
 
 inline platform::Bitmap Solid(platform::Size size, platform::Argb color) {
   platform::Bitmap image(size.width, size.height, platform::PixelFormat::PremultipliedArgb32);

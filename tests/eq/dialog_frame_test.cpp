@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "tests/controls/picture.h"
+#include "tests/support/lacks.h"
 
 namespace ui {
 namespace {
@@ -14,7 +15,9 @@ using platform::HitTest;
 using platform::Point;
 using platform::Rect;
 
-TEST(DialogFrameTest, TheTopEdgeMovesTheWindowAndTheHeaderOpensItsMenu) {
+class DialogFrameTest : public support::SkipsWhatLacks {};
+
+TEST_F(DialogFrameTest, TheTopEdgeMovesTheWindowAndTheHeaderOpensItsMenu) {
   const Rect window{1000, 500, 1755, 714};
   struct Case {
     Point at;  // seen from the window's corner
@@ -43,7 +46,7 @@ TEST(DialogFrameTest, TheTopEdgeMovesTheWindowAndTheHeaderOpensItsMenu) {
   }
 }
 
-TEST(DialogFrameTest, LinesAndHeaderGrowWithTheResolution) {
+TEST_F(DialogFrameTest, LinesAndHeaderGrowWithTheResolution) {
   Bitmap picture = Solid({200, 100}, 0xFF404040);
   {
     platform::Graphics graphics(picture);

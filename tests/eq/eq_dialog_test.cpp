@@ -1,11 +1,10 @@
 // The advanced dialog's picture with all its controls, in both skins.
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QWidget>
 #include <string>
 
 #include "platform/resources.h"
+#include "platform/shell.h"
 #include "resources/resource_ids.h"
 #include "tests/controls/picture.h"
 #include "tests/eq/eq_machine.h"
@@ -111,7 +110,7 @@ TEST_F(EqDialogTest, WithoutThreeLayersThereIsNothingToExpand) {
     EXPECT_EQ(dialog.WindowRect().Height(), 214);
     dialog.Send(0x404, 0, 0);
     EXPECT_EQ(woken, 6) << "whoever asks for it wakes the engine";
-    EXPECT_FALSE(QApplication::topLevelWidgets().first()->windowIcon().isNull());
+    EXPECT_TRUE(VisibleWindowHasIcon());
     EXPECT_EQ(dialog.Send(msg::kQueryDragIcon, 0, 0), 16);
     const Rect place = dialog.WindowRect();
     EXPECT_EQ(dialog.Send(msg::kNonClientHitTest, 0,
@@ -120,18 +119,19 @@ TEST_F(EqDialogTest, WithoutThreeLayersThereIsNothingToExpand) {
     // The system uses the low bits of its commands for itself.
     platform::PostToWindow(dialog.Handle(), msg::kSystemCommand, 16 + 3, 0);
   });
-  const auto about = [] {
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-      if (widget->isVisible() && widget->windowTitle() == "About Tonalyx") return widget;
-    }
-    return static_cast<QWidget*>(nullptr);
+  const auto aboutIsOpen = [&] {
+    const platform::WindowHandle active = platform::ActiveWindow();
+    return active != 0 && active != dialog.Handle();
   };
-  dialog.Then([&] { return about() != nullptr; });
+  dialog.Then(aboutIsOpen);
   dialog.ThenDo([&] {
-    EXPECT_EQ(about()->size(), QSize(296, 124));
-    about()->close();
+    // Its system draws a frame around 296 by 124 pixels.
+    const Rect place = platform::WindowRectOf(platform::ActiveWindow());
+    EXPECT_NEAR(place.Width(), 296 + 5, 5);
+    EXPECT_NEAR(place.Height(), 124 + 18, 18);
+    platform::PostToWindow(platform::ActiveWindow(), msg::kClose, 0, 0);
   });
-  dialog.Then([&] { return about() == nullptr; });
+  dialog.Then([&] { return !aboutIsOpen(); });
   dialog.ThenDo([&] { dialog.Send(msg::kCommand, platform::MakeWParam(32774, 0), 0); });
   dialog.Then([] { return false; });
   EXPECT_EQ(dialog.DoModal(), 2);
