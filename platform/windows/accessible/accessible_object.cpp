@@ -41,8 +41,8 @@ std::u16string_view ActionOf(const AccessibleInfo& info) {
   return CanBePressed(info.role) ? std::u16string_view(u"Press") : std::u16string_view();
 }
 
-// A posted request of our own, wParam the part. Programs may ask with numbers of their own above 0.
-constexpr LPARAM kPress = 0x546F6E62;
+// Posted to ourselves, wParam the part.
+constexpr UINT kPress = WM_APP + 2;
 
 void Press(HWND window, WPARAM part) {
   const NativeWindow* native = NativeWindow::Find(window);
@@ -241,7 +241,7 @@ class AccessibleObject : public IAccessible {
   HRESULT STDMETHODCALLTYPE accDoDefaultAction(VARIANT child) override {
     return WithElement(child, [&](const AccessibleElement& element) {
       if (ActionOf(element.Info()).empty()) return DISP_E_MEMBERNOTFOUND;
-      PostMessageW(window_, WM_GETOBJECT, static_cast<WPARAM>(V_I4(&child)), kPress);
+      PostMessageW(window_, kPress, static_cast<WPARAM>(V_I4(&child)), 0);
       return S_OK;
     });
   }
@@ -326,14 +326,15 @@ class AccessibleObject : public IAccessible {
 
 }  // namespace
 
-LResult AnswerGetObject(HWND window, WPARAM wParam, LPARAM lParam) {
-  if (TookCall(wParam, lParam)) return 1;
-  if (lParam == kPress) {
+std::optional<LRESULT> AnswerAssistiveTechnology(HWND window, UINT message, WPARAM wParam,
+                                                 LPARAM lParam) {
+  if (TookCall(message, wParam)) return 1;
+  if (message == kPress) {
     Press(window, wParam);
-    return 1;
+    return 0;
   }
   // The upper half of the number may or may not be extended by the sign.
-  if (static_cast<LONG>(lParam) != OBJID_CLIENT) return 0;
+  if (message != WM_GETOBJECT || static_cast<LONG>(lParam) != OBJID_CLIENT) return std::nullopt;
   const ComPointer<AccessibleObject> object(new AccessibleObject(window));
   return LresultFromObject(__uuidof(IAccessible), wParam, object.Get());
 }

@@ -3,11 +3,13 @@
 
 #include <windows.h>
 
-#include "platform/window_messages.h"
+#include <optional>
 
 namespace platform {
 
-// What a window with an object answers to WM_GETOBJECT; 0 leaves the answer to the system.
-LResult AnswerGetObject(HWND window, WPARAM wParam, LPARAM lParam);
+// What a window with an object does with each message before anything else: handles what assistive
+// technology asks, and what follows from that; nothing leaves the message to others.
+std::optional<LRESULT> AnswerAssistiveTechnology(HWND window, UINT message, WPARAM wParam,
+                                                 LPARAM lParam);
 
 }  // namespace platform

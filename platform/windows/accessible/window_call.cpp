@@ -7,8 +7,7 @@
 namespace platform {
 namespace {
 
-// Programs may ask with numbers of their own above 0.
-constexpr LPARAM kCall = 0x546F6E61;
+constexpr UINT kCall = WM_APP + 1;
 
 // Calls under way, so that nobody else's message makes the program run what is none.
 class Calls {
@@ -50,13 +49,13 @@ bool CallOnThreadOf(HWND window, const std::function<void()>& call) {
     return true;
   }
   const WPARAM number = AllCalls().Add(call);
-  const bool taken = SendMessageW(window, WM_GETOBJECT, number, kCall) != 0;
+  const bool taken = SendMessageW(window, kCall, number, 0) != 0;
   AllCalls().Remove(number);
   return taken;
 }
 
-bool TookCall(WPARAM wParam, LPARAM lParam) {
-  if (lParam != kCall) return false;
+bool TookCall(UINT message, WPARAM wParam) {
+  if (message != kCall) return false;
   const std::function<void()>* call = AllCalls().Find(wParam);
   if (call == nullptr) return false;
   (*call)();

@@ -11,7 +11,7 @@ namespace platform {
 // and nothing happens, when the window is gone.
 bool CallOnThreadOf(HWND window, const std::function<void()>& call);
 
-// What a window does with WM_GETOBJECT before anything else: true when it was such a call.
-bool TookCall(WPARAM wParam, LPARAM lParam);
+// What a window does with each message before anything else: true when it was such a call.
+bool TookCall(UINT message, WPARAM wParam);
 
 }  // namespace platform

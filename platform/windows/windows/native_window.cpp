@@ -41,6 +41,8 @@ NativeWindow* NativeWindow::Find(HWND handle) {
 LRESULT CALLBACK NativeWindow::Procedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam,
                                          UINT_PTR /*id*/, DWORD_PTR native) {
   auto& window = *reinterpret_cast<NativeWindow*>(native);  // NOLINT(performance-no-int-to-ptr)
+  if (const auto answer = AnswerAssistiveTechnology(handle, message, wParam, lParam))
+    return *answer;
   if (message != WM_NCDESTROY) return window.OnMessage(message, wParam, lParam);
   window.Leave();
   return DefSubclassProc(handle, message, wParam, lParam);
@@ -69,10 +71,6 @@ LRESULT NativeWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_LBUTTONUP:
       Deliver(message, wParam, lParam);
       return Default(message, wParam, lParam);
-    case WM_GETOBJECT: {
-      const LRESULT answer = AnswerGetObject(handle_, wParam, lParam);
-      return answer != 0 ? answer : Default(message, wParam, lParam);
-    }
     case WM_TIMER:
     case BM_GETCHECK:
     case BM_SETCHECK:
