@@ -1,6 +1,9 @@
 // The hand on the panel's controls, and what then arrives at the sink.
+#include "platform/linux/registry/sqlite_registry.h"
+#include "platform/text.h"
 #include "tests/e2e/panel_fixture.h"
 #include "tests/engine/engine_session.h"
+#include "tests/support/registry_tree.h"
 
 namespace e2e {
 namespace {
