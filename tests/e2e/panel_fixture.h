@@ -220,11 +220,12 @@ class PanelTest : public testing::Test {
   ScreenRect window_;
 };
 
-// Pixels of four horizontal and eight vertical dialog units.
-inline support::ScreenPoint BaseUnits(double dpi) {
+// Pixels of four horizontal and eight vertical dialog units. Wine has fonts for one resolution that
+// make them what they are on Windows.
+inline support::ScreenPoint BaseUnits(double dpi, const TestedHome& home) {
   if (dpi < 108) return {6, 13};
   if (dpi < 132) return {8, 16};
-  if (dpi < 168) return {9, 20};
+  if (dpi < 168) return {9, home.IsWindows() ? 19 : 20};
   return {12, 25};
 }
 
@@ -268,7 +269,7 @@ class AdvancedDialogTest : public PanelTest {
     const auto& controls = resources::kAdvancedControls;
     const auto control = std::find_if(controls.begin(), controls.end(),
                                       [id](const auto& row) { return row.id == id; });
-    const ScreenPoint base = BaseUnits(desktop_.Dpi());
+    const ScreenPoint base = BaseUnits(desktop_.Dpi(), home_);
     const auto horizontal = [&](int units) {
       return static_cast<int>(std::lround(units * base.x / 4.0));
     };
