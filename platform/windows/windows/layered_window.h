@@ -1,6 +1,9 @@
 // A window that is nothing but a picture with transparency.
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "platform/windows/windows/dialog_window.h"
 
 namespace platform {
@@ -17,6 +20,11 @@ class LayeredWindow : public DialogWindow {
  protected:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   void Paint(HDC context) override;
+
+ private:
+  // What the system was given last.
+  SIZE size_{};
+  std::vector<std::uint32_t> pixels_;
 };
 
 }  // namespace platform
