@@ -83,6 +83,17 @@ TEST(SoundChangeTest, FadesAlongARaisedCosineOfTwentyMilliseconds) {
   }
 }
 
+// What filters held when they were taken out of the sound does not come back with them.
+TEST(SoundChangeTest, BringsNoOldSoundBack) {
+  Player player(kRate, AllBands(3.0F));
+  player.Play(Signal(kSecond, Sine(40.0, 0.05, kRate)));
+  const Stereo silence = Signal(2 * kSecond, [](std::size_t) { return 0.0; });
+  player.Set({});
+  player.Play(silence);
+  player.Set(AllBands(3.0F));
+  EXPECT_EQ(Highest(player.Play(silence).left), 0.0);
+}
+
 // One that comes during a fade waits, and of several the last counts.
 TEST(SoundChangeTest, TheLastOfManyCounts) {
   Player player(kRate);
