@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <initializer_list>
 #include <ios>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -30,6 +31,11 @@ enum class Mouse { Press, Move, Release };
 void Use(Mouse mouse, platform::Point client);
 
 bool VisibleWindowHasIcon();
+
+// Of the visible window with this title; nothing when there is none.
+std::optional<platform::Size> ClientSizeOf(std::u16string_view title);
+// As a person does.
+void Close(std::u16string_view title);
 
 inline platform::Bitmap Solid(platform::Size size, platform::Argb color) {
   platform::Bitmap image(size.width, size.height, platform::PixelFormat::PremultipliedArgb32);

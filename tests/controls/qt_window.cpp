@@ -20,6 +20,13 @@ QWidget& VisibleWindow() {
   throw std::runtime_error("no window is visible");
 }
 
+QWidget* Titled(std::u16string_view title) {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && window->windowTitle() == QStringView(title)) return window;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 void Settle() {
@@ -51,6 +58,16 @@ void Use(Mouse mouse, platform::Point client) {
 
 bool VisibleWindowHasIcon() {
   return !VisibleWindow().windowIcon().isNull();
+}
+
+std::optional<platform::Size> ClientSizeOf(std::u16string_view title) {
+  const QWidget* window = Titled(title);
+  if (window == nullptr) return std::nullopt;
+  return platform::Size{window->width(), window->height()};
+}
+
+void Close(std::u16string_view title) {
+  Titled(title)->close();
 }
 
 }  // namespace ui

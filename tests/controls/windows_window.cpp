@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/window_messages.h"
+#include "platform/windows/wide_text.h"
 #include "tests/controls/picture.h"
 
 namespace ui {
@@ -20,6 +21,11 @@ HWND VisibleWindow() {
   EnumThreadWindows(GetCurrentThreadId(), take, reinterpret_cast<LPARAM>(&found));
   if (found == nullptr) throw std::runtime_error("no window is visible");
   return found;
+}
+
+HWND Titled(std::u16string_view title) {
+  const HWND window = FindWindowW(nullptr, platform::ToWide(title).c_str());
+  return IsWindowVisible(window) != FALSE ? window : nullptr;
 }
 
 }  // namespace
@@ -38,7 +44,11 @@ platform::Bitmap WindowPicture(const platform::Rect& area) {
   const HWND shown = isLayered ? nullptr : window;
   const HDC context = GetDC(shown);
   POINT corner{area.left, area.top};
-  if (isLayered) ClientToScreen(window, &corner);
+  if (isLayered) {
+    ClientToScreen(window, &corner);
+    constexpr DWORD kMillisecondsOfADisplay = 150;
+    Sleep(kMillisecondsOfADisplay);
+  }
   const HDC memory = CreateCompatibleDC(context);
   BITMAPINFO info{};
   info.bmiHeader = {
@@ -75,6 +85,18 @@ void Use(Mouse mouse, platform::Point client) {
 
 bool VisibleWindowHasIcon() {
   return SendMessageW(VisibleWindow(), WM_GETICON, ICON_BIG, 0) != 0;
+}
+
+std::optional<platform::Size> ClientSizeOf(std::u16string_view title) {
+  const HWND window = Titled(title);
+  if (window == nullptr) return std::nullopt;
+  RECT client{};
+  GetClientRect(window, &client);
+  return platform::Size{client.right, client.bottom};
+}
+
+void Close(std::u16string_view title) {
+  PostMessageW(Titled(title), WM_CLOSE, 0, 0);
 }
 
 }  // namespace ui

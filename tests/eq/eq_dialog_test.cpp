@@ -4,7 +4,6 @@
 #include <string>
 
 #include "platform/resources.h"
-#include "platform/shell.h"
 #include "resources/resource_ids.h"
 #include "tests/controls/picture.h"
 #include "tests/eq/eq_machine.h"
@@ -119,19 +118,12 @@ TEST_F(EqDialogTest, WithoutThreeLayersThereIsNothingToExpand) {
     // The system uses the low bits of its commands for itself.
     platform::PostToWindow(dialog.Handle(), msg::kSystemCommand, 16 + 3, 0);
   });
-  const auto aboutIsOpen = [&] {
-    const platform::WindowHandle active = platform::ActiveWindow();
-    return active != 0 && active != dialog.Handle();
-  };
-  dialog.Then(aboutIsOpen);
+  dialog.Then([] { return ClientSizeOf(u"About Tonalyx").has_value(); });
   dialog.ThenDo([&] {
-    // Its system draws a frame around 296 by 124 pixels.
-    const Rect place = platform::WindowRectOf(platform::ActiveWindow());
-    EXPECT_NEAR(place.Width(), 296 + 5, 5);
-    EXPECT_NEAR(place.Height(), 124 + 18, 18);
-    platform::PostToWindow(platform::ActiveWindow(), msg::kClose, 0, 0);
+    EXPECT_EQ(ClientSizeOf(u"About Tonalyx"), (platform::Size{296, 124}));
+    Close(u"About Tonalyx");
   });
-  dialog.Then([&] { return !aboutIsOpen(); });
+  dialog.Then([] { return !ClientSizeOf(u"About Tonalyx"); });
   dialog.ThenDo([&] { dialog.Send(msg::kCommand, platform::MakeWParam(32774, 0), 0); });
   dialog.Then([] { return false; });
   EXPECT_EQ(dialog.DoModal(), 2);

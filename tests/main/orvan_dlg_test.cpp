@@ -43,10 +43,13 @@ TEST_F(OrvanDlgTest, ShowsWhatIsHoveredClickedAndSetElsewhere) {
   const auto send = [&window](std::uint32_t message, std::int32_t x, std::int32_t y) {
     return window.Send(message, 0, platform::PointToLParam({x, y}));
   };
-  window.ThenDo([&] {
+  // A window that comes up takes its time.
+  window.Then([&] {
     Settle();
+    return static_cast<bool>(Looks("studio mode off, selected", 28, 145));
+  });
+  window.ThenDo([&] {
     EXPECT_TRUE(machine_.audioDevices.HasSinks());
-    EXPECT_TRUE(Looks("studio mode off, selected", 28, 145));
     EXPECT_TRUE(Looks("studio close button, normal", 596, 12));
     send(msg::kMouseMove, 597, 13);
     EXPECT_TRUE(Looks("studio close button, hover", 596, 12));
@@ -77,15 +80,13 @@ TEST_F(OrvanDlgTest, ShowsWhatIsHoveredClickedAndSetElsewhere) {
 TEST_F(OrvanDlgTest, LooksForTheWarningOnceASecond) {
   ScriptedMainWindow window(machine_.platform, store::ModelFlags{}, nullptr);
   std::chrono::steady_clock::time_point first;
+  platform::Bitmap before = Solid({1, 1}, 0);
   window.Then([&] { return window.Received(msg::kTimer) == 1; });
   window.ThenDo([&] {
     first = std::chrono::steady_clock::now();
-    PlayElsewhere();
-  });
-  platform::Bitmap before = Solid({1, 1}, 0);
-  window.ThenDo([&] {
     Settle();
     before = WindowPicture({150, 362, 620, 384});
+    PlayElsewhere();
   });
   window.Then([&] { return !SamePixels(before, WindowPicture({150, 362, 620, 384})); });
   EXPECT_EQ(window.DoModal(), kScriptEnded);
@@ -132,9 +133,8 @@ TEST_F(OrvanDlgTest, HidesBehindTheAdvancedDialogAndReturnsWithTheStoresMode) {
     window.ClickAt(140, 420);
   });
   window.Then([&] { return opened > 0 && window.IsVisible(); });
+  window.Then([&] { return static_cast<bool>(Looks("studio mode recording, selected", 28, 249)); });
   window.ThenDo([&] {
-    Settle();
-    EXPECT_TRUE(Looks("studio mode recording, selected", 28, 249));
     window.ClickAt(100, 320);
     window.ClickAt(225, 200);
   });
