@@ -61,10 +61,14 @@ TEST(SoundChangeTest, FullRangeChangesDoNotClick) {
       Player player(kRate, from);
       const auto sine = Sine(kTone, 0.004, kRate);
       Stereo heard = player.Play(Signal(kSecond, sine));
-      player.Set(to);
-      const Stereo after = player.Play(Signal(kSecond, sine));
-      const double loudest = std::max(Highest(heard.left), Highest(after.left));
-      heard.left.insert(heard.left.end(), after.left.begin(), after.left.end());
+      double loudest = Highest(heard.left);
+      // Two more in the midst of a fade, after whole periods.
+      for (const auto& [next, frames] : {std::pair(to, 256), {from, 256}, {to, 48000}}) {
+        player.Set(next);
+        const Stereo after = player.Play(Signal(static_cast<std::size_t>(frames), sine));
+        loudest = std::max(loudest, Highest(after.left));
+        heard.left.insert(heard.left.end(), after.left.begin(), after.left.end());
+      }
       EXPECT_LE(Decibels(HighestOfHighPassed(heard.left) / loudest), -60.0) << i;
     }
   }
@@ -103,6 +107,9 @@ TEST(SoundChangeTest, TheLastOfManyCounts) {
     player.Set(Filter(dsp::FilterType::Peaking, 375.0F, 2.0F + static_cast<float>(round % 3)));
     player.Play(Signal(128, sine));
   }
+  player.Set({.loudness = 1.0F});
+  player.Play(Signal(4 * kSecond, sine));
+  EXPECT_GT(Amplitude(player.Play(Signal(kSecond, sine)).left, kTone, kRate), 0.0045);
   player.Set(Filter(dsp::FilterType::Peaking, 375.0F, 3.0F));
   player.Play(Signal(kSecond, sine));
   EXPECT_NEAR(Amplitude(player.Play(Signal(kSecond, sine)).left, kTone, kRate), 0.012, 1e-6);
