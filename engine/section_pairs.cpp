@@ -13,7 +13,7 @@ namespace {
 // Short enough for the processor to have several frames on the way at once, few enough states for
 // its registers.
 template <std::size_t kCount>
-void RunSections(const SectionCoefficients* c, SectionState* states, SpacedFrames frames) {
+void RunSections(const SectionCoefficients* c, SectionState* states, const SpacedFrames& frames) {
   std::array<SectionState, kCount> s;
   std::copy_n(states, kCount, s.begin());
   for (std::size_t f = 0; f < frames.count; ++f) {
@@ -33,7 +33,7 @@ void RunSections(const SectionCoefficients* c, SectionState* states, SpacedFrame
 }  // namespace
 
 void RunPairsPlainly(std::size_t pairs, const SectionCoefficients* coefficients,
-                     SectionState* states, SpacedFrames frames) {
+                     SectionState* states, const SpacedFrames& frames) {
   constexpr std::size_t kGroup = 6;
   const std::size_t sections = 2 * pairs;
   std::size_t i = 0;
@@ -70,7 +70,7 @@ TONALYX_INLINE inline void Put(PairCoefficients& c, const SectionCoefficients& f
 // for another. At either end of the frames some sections have none, and keep their states.
 template <std::size_t kPairs>
 TONALYX_AVX2 void Run(const SectionCoefficients* coefficients, SectionState* states,
-                      SpacedFrames frames) {
+                      const SpacedFrames& frames) {
   constexpr std::size_t kLag = 2 * kPairs - 1;
   Frame* const first = frames.first;
   const std::size_t count = frames.count;
@@ -119,13 +119,14 @@ TONALYX_AVX2 void Run(const SectionCoefficients* coefficients, SectionState* sta
 }
 
 template <std::size_t... kLess>
-constexpr std::array<void (*)(const SectionCoefficients*, SectionState*, SpacedFrames), kMaxPairs>
+constexpr std::array<void (*)(const SectionCoefficients*, SectionState*, const SpacedFrames&),
+                     kMaxPairs>
 RunsOf(std::index_sequence<kLess...> /*sizes*/) {
   return {Run<kLess + 1>...};
 }
 
 void RunPairsSideBySide(std::size_t pairs, const SectionCoefficients* coefficients,
-                        SectionState* states, SpacedFrames frames) {
+                        SectionState* states, const SpacedFrames& frames) {
   constexpr auto kRuns = RunsOf(std::make_index_sequence<kMaxPairs>());
   kRuns[pairs - 1](coefficients, states, frames);
 }

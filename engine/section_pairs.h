@@ -27,11 +27,11 @@ inline constexpr std::size_t kMaxPairs = 6;
 
 // Runs so many pairs of sections, 1 to kMaxPairs, one section after the other.
 using PairRunner = void (*)(std::size_t pairs, const SectionCoefficients* coefficients,
-                            SectionState* states, SpacedFrames frames);
+                            SectionState* states, const SpacedFrames& frames);
 
 // For every processor.
 void RunPairsPlainly(std::size_t pairs, const SectionCoefficients* coefficients,
-                     SectionState* states, SpacedFrames frames);
+                     SectionState* states, const SpacedFrames& frames);
 
 // The fastest on this processor. All give the same result to the last bit.
 PairRunner BestPairRunner() noexcept;
