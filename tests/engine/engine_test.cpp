@@ -142,7 +142,7 @@ TEST_F(EngineTest, FollowsHeadphonesWithinAMoment) {
 
 TEST_F(EngineTest, PlaysWhereTheUserWants) {
   StoreTwoSettings(kLineOut);
-  const auto engine = StartEngine();
+  auto engine = StartEngine();
   const auto player = Play();
   const auto speakers = Record("speakers");
   const auto hdmi = Record("hdmi");
@@ -161,6 +161,12 @@ TEST_F(EngineTest, PlaysWhereTheUserWants) {
   // A stream that the user moves is the user's, until it goes back to the default.
   MoveStream("hdmi");
   WaitForLevel(*hdmi, 0.0);
+  // The next engine finds it there, and leaves it.
+  engine->Kill(SIGTERM);
+  EXPECT_EQ(engine->WaitForExit(kSoon), 0);
+  engine = StartEngine();
+  std::this_thread::sleep_for(milliseconds(500));
+  WaitForLevel(*hdmi, 0.0);
   {
     const auto second = Play();
     // Some tones of two streams add to one's height, never all.
@@ -172,6 +178,10 @@ TEST_F(EngineTest, PlaysWhereTheUserWants) {
   ASSERT_TRUE(WaitUntil([&] { return std::abs(hdmi->Level(1000)) < 0.2; }));
   MoveStream("");
   WaitForLevel(*speakers, -6.0);
+  {
+    const auto program = server_.Play("hdmi", 0.1);
+    EXPECT_TRUE(WaitUntil([&] { return hdmi->Level(441) > 5.0; })) << "as its program says";
+  }
   // Volume counts once: half is 18 dB down.
   server_.Control({"set-sink-volume", "speakers", "50%"});
   WaitForLevel(*speakers, -6.0 - 18.06);
