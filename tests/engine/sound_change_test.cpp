@@ -87,6 +87,21 @@ TEST(SoundChangeTest, FadesAlongARaisedCosineOfTwentyMilliseconds) {
   }
 }
 
+// A filter that rings for long goes on ringing, whatever another one before it did far away.
+TEST(SoundChangeTest, GoesOnFromWhatWasHeard) {
+  constexpr double kDeep = 31.25;
+  constexpr std::size_t kPeriod = 1536;
+  SoundSettings settings;
+  settings.bands[1] = BandSettings{dsp::FilterType::Peaking, 31.25F, 3.9F, 5.0F};
+  SoundSettings shelved = settings;
+  shelved.bands[0] = BandSettings{dsp::FilterType::HighShelving, 10000.0F, 3.9F, 0.7F};
+  Player player(kRate, shelved);
+  player.Play(Signal(40 * kPeriod, Sine(kDeep, 0.05, kRate)));
+  player.Set(settings);
+  const Stereo out = player.Play(Signal(2 * kPeriod, Sine(kDeep, 0.05, kRate)));
+  EXPECT_NEAR(Amplitude(out.left, kDeep, kRate, kPeriod), 0.195, 0.005);
+}
+
 // What filters held when they were taken out of the sound does not come back with them.
 TEST(SoundChangeTest, BringsNoOldSoundBack) {
   Player player(kRate, AllBands(3.0F));
