@@ -29,7 +29,6 @@ TEST(MonitorReportTest, TellsEveryParameterInItsUnit) {
     std::string json;  // what follows the number
   };
   const Case cases[] = {
-      {4, 0.1F, "0.1", R"("value":0.1)"},
       {5, 1.0F, "widener switch on",
        R"("value":1.0,"name":"widener switch","unit":"switch","shown":true)"},
       {6, 0.53F, "widener 0.53", R"("value":0.53,"name":"widener","unit":"amount","shown":0.53)"},
@@ -41,8 +40,6 @@ TEST(MonitorReportTest, TellsEveryParameterInItsUnit) {
        R"("value":5.9,"name":"type","band":1,"mirror":false,"unit":"type","shown":"high shelving")"},
       {124, 6.0F, "band 2 type 6",
        R"("value":6.0,"name":"type","band":2,"mirror":false,"unit":"type","shown":null)"},
-      {165, 12345.678F, "band 10 frequency 12345.678 Hz",
-       R"("value":12345.678,"name":"frequency","band":10,"mirror":false,"unit":"Hz","shown":12345.678)"},
       {166, 3.9810717F, "band 10 gain +12.00 dB",
        R"("value":3.9810717,"name":"gain","band":10,"mirror":false,"unit":"dB","shown":12.0)"},
       {166, 0.99999F, "band 10 gain +0.00 dB",
@@ -51,14 +48,8 @@ TEST(MonitorReportTest, TellsEveryParameterInItsUnit) {
        R"("value":0.0,"name":"gain","band":10,"mirror":false,"unit":"dB","shown":null)"},
       {166, kInfinity, "band 10 gain factor inf",
        R"("value":null,"name":"gain","band":10,"mirror":false,"unit":"dB","shown":null)"},
-      {167, 0.7F, "band 10 q 0.7",
-       R"("value":0.7,"name":"q","band":10,"mirror":false,"unit":"Q","shown":0.7)"},
       {168, 1.0F, "mirror band 1 enabled on",
        R"("value":1.0,"name":"enabled","band":1,"mirror":true,"unit":"switch","shown":true)"},
-      {217, kNan, "mirror band 10 q nan",
-       R"("value":null,"name":"q","band":10,"mirror":true,"unit":"Q","shown":null)"},
-      {218, 1.0F, "1", R"("value":1.0)"},
-      {232, 0.5F, "bass 0.5", R"("value":0.5,"name":"bass","unit":"amount","shown":0.5)"},
       {1115, 1.0F, "1", R"("value":1.0)"},
   };
   for (const Case& parameter : cases) {

