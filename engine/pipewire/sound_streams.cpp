@@ -132,9 +132,12 @@ SoundStreams::SoundStreams(pw_loop* loop, pw_core* core, SoundProcessor& process
   Connect(playback_.get(), PW_DIRECTION_OUTPUT, PW_STREAM_FLAG_TRIGGER);
 }
 
-// The capturing stream triggers the other and goes first.
+// The capturing stream triggers the other and goes first. Neither may go while the audio thread is
+// in the process of either, which uses both: each call waits until it is out.
 SoundStreams::~SoundStreams() {
   pw_loop_destroy_source(loop_, watch_);
+  pw_stream_set_active(capture_.get(), false);
+  pw_stream_set_active(playback_.get(), false);
   capture_.reset();
   playback_.reset();
 }
