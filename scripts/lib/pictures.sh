@@ -54,6 +54,11 @@ find_window() {
   done
   [ -n "$window" ] || { echo "The window \"$1\" did not appear." >&2; return 1; }
   sleep 0.3
+  if [ -n "$starter" ]; then
+    # What Wine believes of a new window's place may be wrong until the window is moved.
+    xdotool windowmove --relative "$window" 8 0
+    sleep 0.2
+  fi
   read -r X Y WIDTH HEIGHT < <(xwininfo -id "$window" | awk '
     /Absolute upper-left/ { printf "%s ", $NF } /Width:|Height:/ { printf "%s ", $NF }
     END { print "" }')

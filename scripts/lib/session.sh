@@ -10,12 +10,21 @@ mkdir -p "$pictures"
 starter=${3-}
 program() { command=(${starter:+"$starter"} "$bin/$1${starter:+.exe}"); }
 
+# Wine may believe that a window that has just come up is in the corner of the screen, and then takes
+# every click for one beside it, until the window manager moves the window.
+tell_its_place() {
+  [ -n "$starter" ] || return 0
+  sleep 0.3
+  xdotool windowmove --relative "$1" 8 0
+  sleep 0.2
+}
+
 # wait_for TITLE: prints the window's number once it is on the screen.
 wait_for() {
   local number
   for _ in $(seq 100); do
     number=$(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | tail -n 1) && [ -n "$number" ] &&
-      { echo "$number"; return 0; }
+      { tell_its_place "$number"; echo "$number"; return 0; }
     sleep 0.05
   done
   echo "The window \"$1\" did not appear." >&2

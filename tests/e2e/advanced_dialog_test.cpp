@@ -22,7 +22,7 @@ TEST_F(AdvancedDialogTest, OpensCollapsedAndClosesBackToTheMainWindow) {
   EXPECT_EQ(window_.height, size.y);
 
   const ScreenPoint grip{window_.x + window_.width / 2, window_.y + 8};
-  desktop_.Drag(grip, {grip.x + 30, grip.y + 20}, 10);
+  DragWindow(grip, {grip.x + 30, grip.y + 20});
   EXPECT_TRUE(Eventually([&] {
     const auto moved = desktop_.FindWindow(kDialogTitle);
     return moved && moved->x == collapsed.x + 30 && moved->y == collapsed.y + 20;
@@ -35,8 +35,7 @@ TEST_F(AdvancedDialogTest, OpensCollapsedAndClosesBackToTheMainWindow) {
   // The main window shows what the store holds by the time it comes back.
   SetActiveSetting(kSpeakerKey, "4");
   ClickControl(resources::kCloseButton);
-  ASSERT_TRUE(desktop_.WaitForWindow("Tonalyx", seconds(5)));
-  window_ = *desktop_.FindWindow("Tonalyx");
+  UseWindow("Tonalyx");
   ParkPointer();
   std::this_thread::sleep_for(milliseconds(300));
   const auto shown = Picture();

@@ -69,7 +69,7 @@ TEST_F(MainWindowTest, HasItsSizeAndTransparentCornersAndMovesByItsCaption) {
   EXPECT_NE(desktop_.PixelAt(window_.x + window_.width / 2, window_.y + window_.height / 2),
             desktop);
   const ScreenRect grip = SkinRect({200, 20}, {1, 1});
-  desktop_.Drag({grip.x, grip.y}, {grip.x + 40, grip.y + 30}, 10);
+  DragWindow({grip.x, grip.y}, {grip.x + 40, grip.y + 30});
   EXPECT_TRUE(Eventually([&] {
     const auto moved = desktop_.FindWindow("Tonalyx");
     return moved && moved->x == window_.x + 40 && moved->y == window_.y + 30;

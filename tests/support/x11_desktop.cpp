@@ -151,6 +151,12 @@ void X11Desktop::RequestClose(const std::string& title) {
   if (window != None) impl_->SendToRoot(window, "_NET_CLOSE_WINDOW", CurrentTime, 2);
 }
 
+void X11Desktop::RequestMove(const std::string& title, ScreenPoint place) {
+  const Window window = impl_->Find(title);
+  if (window != None) XMoveWindow(impl_->display, window, place.x, place.y);
+  XSync(impl_->display, False);
+}
+
 void X11Desktop::MovePointer(int x, int y) {
   XTestFakeMotionEvent(impl_->display, -1, x, y, 0);
   XSync(impl_->display, False);
@@ -176,11 +182,11 @@ void X11Desktop::Click(int x, int y) {
   std::this_thread::sleep_for(kHand);
 }
 
-void X11Desktop::Drag(ScreenPoint from, ScreenPoint to, int steps) {
+void X11Desktop::Drag(ScreenPoint from, ScreenPoint to, int steps, milliseconds hold) {
   MovePointer(from.x, from.y);
   PressButton();
   // The toolkit hands a move to the window manager with the position that the pointer has then.
-  std::this_thread::sleep_for(milliseconds(150));
+  std::this_thread::sleep_for(hold);
   for (int step = 1; step <= steps; ++step) {
     MovePointer(from.x + (to.x - from.x) * step / steps, from.y + (to.y - from.y) * step / steps);
     std::this_thread::sleep_for(milliseconds(15));

@@ -51,12 +51,15 @@ class X11Desktop {
 
   // The window manager's own wishes.
   void RequestClose(const std::string& title);
+  void RequestMove(const std::string& title, ScreenPoint place);
 
   void MovePointer(int x, int y);
   void PressButton();
   void ReleaseButton();
   void Click(int x, int y);
-  void Drag(ScreenPoint from, ScreenPoint to, int steps);
+  // `hold` lies between the press and the first step.
+  void Drag(ScreenPoint from, ScreenPoint to, int steps,
+            std::chrono::milliseconds hold = std::chrono::milliseconds(150));
   // The wheel, away from the user for positive steps.
   void Scroll(int steps);
   // A key by its X name ("Escape", "Return", "a"), "Alt+" before it for the modifier; it goes
