@@ -1,5 +1,5 @@
-# The program's resources in the system's own form: the script names them, the header gives it the
-# numbers of the tables' header, the list takes in the pictures.
+# The program's resources in the system's own form: the script names them, one header gives it the
+# numbers, others take in dialogs, menu, texts and pictures.
 set(compiled_folder ${CMAKE_BINARY_DIR}/generated/resources)
 set(ids_header ${CMAKE_SOURCE_DIR}/resources/resource_ids.h)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ids_header})
@@ -14,6 +14,8 @@ string(REPLACE "." "," version_words ${PROJECT_VERSION}.0)
 string(APPEND numbers "#define VERSION_WORDS ${version_words}\n"
   "#define VERSION_TEXT \"${PROJECT_VERSION}\"\n")
 file(CONFIGURE OUTPUT ${compiled_folder}/numbers.rch CONTENT "${numbers}" @ONLY)
+
+include(${CMAKE_CURRENT_LIST_DIR}/tables.cmake)
 
 # An icon is a directory of images; each image is a resource of its own, numbered from 1.
 set(pictures "${bitmap_id} PNGBITMAP \"${bitmap_file}\"\n")
@@ -43,6 +45,7 @@ set_target_properties(tonalyx_compiled_resources PROPERTIES COMPILE_OPTIONS "" C
 target_include_directories(tonalyx_compiled_resources PRIVATE ${compiled_folder}
   ${CMAKE_CURRENT_LIST_DIR})
 set(compiled_files ${compiled_folder}/numbers.rch ${compiled_folder}/pictures.rc
+  ${compiled_folder}/tables.rc
   ${CMAKE_CURRENT_LIST_DIR}/tonalyx.manifest ${png_files} ${bitmap_file} ${icon_files})
 set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/tonalyx.rc PROPERTIES
   OBJECT_DEPENDS "${compiled_files}")

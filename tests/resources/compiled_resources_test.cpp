@@ -1,8 +1,7 @@
 // What the program file holds beside its code, as the system reads it, against the tables.
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <windows.h>
 
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -12,7 +11,6 @@
 #include "platform/drawing.h"
 #include "platform/resources.h"
 #include "platform/startup.h"
-#include "platform/windows/wide_text.h"
 #include "resources/templates.h"
 
 namespace resources {
@@ -21,126 +19,59 @@ namespace {
 using platform::FindResourceData;
 using platform::ResourceType;
 
-// Reads a dialog template: words, texts, and what is aligned to four bytes.
-class TemplateReader {
- public:
-  explicit TemplateReader(std::uint16_t id) {
-    const HMODULE program = GetModuleHandleW(nullptr);
-    const HRSRC found = FindResourceW(program, MAKEINTRESOURCEW(id), RT_DIALOG);
-    if (found == nullptr) return;
-    words_.resize(SizeofResource(program, found) / sizeof(std::uint16_t) + kBeyond);
-    std::memcpy(words_.data(), LockResource(LoadResource(program, found)),
-                SizeofResource(program, found));
+std::vector<HWND> ChildrenOf(HWND window) {
+  std::vector<HWND> children;
+  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    children.push_back(child);
   }
-
-  std::uint16_t Word() { return words_.at(next_++); }
-  std::int16_t Number() { return static_cast<std::int16_t>(Word()); }
-  std::uint32_t Long() {
-    const std::uint32_t low = Word();
-    return low | static_cast<std::uint32_t>(Word()) << 16U;
-  }
-  // A number as "#16".
-  std::u16string Text() {
-    std::u16string text;
-    for (char16_t unit = Word(); unit != 0; unit = Word()) {
-      if (unit == 0xFFFF) return platform::FromWide(L"#" + std::to_wstring(Word()));
-      text += unit;
-    }
-    return text;
-  }
-  void Align() { next_ += next_ % 2; }
-
- private:
-  static constexpr std::size_t kBeyond = 2;
-  std::vector<std::uint16_t> words_;
-  std::size_t next_ = 0;
-};
-
-struct Kind {
-  std::u16string windowClass;
-  std::uint32_t style;
-};
-Kind KindOf(const DialogControl& control) {
-  switch (control.kind) {
-    case ControlKind::PushButton:
-      return {u"#128", BS_PUSHBUTTON | WS_TABSTOP};
-    case ControlKind::DefaultPushButton:
-      return {u"#128", BS_DEFPUSHBUTTON | WS_TABSTOP};
-    case ControlKind::CheckBox:
-      return {u"#128", BS_AUTOCHECKBOX | WS_TABSTOP};
-    case ControlKind::Text:
-      return {u"#130", SS_LEFT};
-    case ControlKind::Icon:
-      return {u"STATIC", SS_ICON};  // which is 130
-    case ControlKind::Custom:
-      break;
-  }
-  return {std::u16string(control.windowClass), 0};
+  return children;
 }
 
-void ExpectControl(TemplateReader& reader, const DialogControl& control) {
-  SCOPED_TRACE(control.id);
-  reader.Align();
-  EXPECT_EQ(reader.Long(), 0U) << "help";
-  EXPECT_EQ(reader.Long(), 0U) << "extended style";
-  const Kind kind = KindOf(control);
-  const std::uint32_t kCounts = WS_TABSTOP | WS_CHILD | WS_VISIBLE | SS_TYPEMASK;
-  EXPECT_EQ(reader.Long() & kCounts, kind.style | WS_CHILD | WS_VISIBLE);
-  for (const std::int16_t number : {control.x, control.y, control.width, control.height}) {
-    EXPECT_EQ(reader.Number(), number);
+// All of it comes from the program's own tables; here the system finds some of it by number.
+TEST(CompiledResources, DialogsMenuAndTextsAreThoseOfTheTables) {
+  const HMODULE program = GetModuleHandleW(nullptr);
+  for (const wchar_t* name : {L"POTENTIOMETER", L"FREQPLOT", L"PNGSLIDER"}) {
+    WNDCLASSW custom{};
+    custom.lpfnWndProc = &DefWindowProcW;
+    custom.hInstance = program;
+    custom.lpszClassName = name;
+    ASSERT_NE(RegisterClassW(&custom), 0);
   }
-  EXPECT_EQ(static_cast<std::uint16_t>(reader.Long()), control.id);
-  EXPECT_EQ(reader.Text(), kind.windowClass);
-  EXPECT_EQ(reader.Text(), control.kind == ControlKind::Icon
-                               ? platform::FromWide(L"#" + std::to_wstring(control.icon))
-                               : control.text);
-  EXPECT_EQ(reader.Word(), 0U) << "data";
-}
-
-TEST(CompiledResources, DialogsAreThoseOfTheTables) {
   const struct {
-    const DialogTemplate& table;
-    std::uint32_t style;
-    std::uint32_t extended;
-  } dialogs[] = {
-      {kMainTemplate, WS_POPUP | WS_BORDER | WS_SYSMENU, WS_EX_LAYERED},
-      {kAdvancedTemplate, DS_CENTER | WS_POPUP | WS_BORDER | WS_SYSMENU, WS_EX_APPWINDOW},
-      {kAboutTemplate, DS_MODALFRAME | WS_POPUP | WS_CAPTION | WS_SYSMENU, 0}};
-  for (const auto& [table, style, extended] : dialogs) {
-    SCOPED_TRACE(table.id);
-    TemplateReader reader(table.id);
-    EXPECT_EQ(reader.Long(), 0xFFFF0001U) << "the extended form";
-    EXPECT_EQ(reader.Long(), 0U) << "help";
-    EXPECT_EQ(reader.Long(), extended);
-    EXPECT_EQ(reader.Long(), style | DS_SETFONT);
-    ASSERT_EQ(reader.Word(), table.controls.size());
-    EXPECT_EQ(reader.Long(), 0U) << "place";
-    EXPECT_EQ(reader.Number(), table.width);
-    EXPECT_EQ(reader.Number(), table.height);
-    for (const std::u16string_view text : {std::u16string_view(), {}, table.title}) {
-      EXPECT_EQ(reader.Text(), text);
+    WORD id;
+    std::size_t controls;
+    int last;
+    RECT lastPlace;  // with width and height
+    DWORD style;
+    DWORD extended;
+  } dialogs[] = {{148, 0, 0, {}, WS_POPUP | WS_BORDER | WS_SYSMENU, WS_EX_LAYERED},
+                 {102, 18, 2, {471, 7, 25, 19}, WS_POPUP | WS_BORDER, WS_EX_APPWINDOW},
+                 {100, 3, 1, {140, 54, 50, 14}, DS_MODALFRAME | WS_CAPTION | WS_SYSMENU, 0}};
+  for (const auto& d : dialogs) {
+    const HWND dialog = CreateDialogParamW(
+        program, MAKEINTRESOURCEW(d.id), nullptr,
+        [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+    const std::vector<HWND> controls = ChildrenOf(dialog);
+    ASSERT_EQ(controls.size(), d.controls) << d.id;
+    EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(dialog, GWL_STYLE)) & d.style, d.style) << d.id;
+    EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(dialog, GWL_EXSTYLE)) & d.extended, d.extended)
+        << d.id;
+    if (!controls.empty()) {
+      RECT expected = d.lastPlace;
+      MapDialogRect(dialog, &expected);
+      RECT place{};
+      GetWindowRect(controls.back(), &place);
+      MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
+      EXPECT_EQ(GetDlgCtrlID(controls.back()), d.last);
+      EXPECT_EQ(place.left, expected.left) << d.id;
+      EXPECT_EQ(place.bottom - place.top, expected.bottom) << d.id;
     }
-    EXPECT_EQ(reader.Number(), table.fontPoints);
-    reader.Long();  // weight, slant and character set of the font
-    EXPECT_EQ(reader.Text(), table.fontFamily);
-    for (const DialogControl& control : table.controls) ExpectControl(reader, control);
+    DestroyWindow(dialog);
   }
-}
-
-TEST(CompiledResources, MenuAndTextsAreThoseOfTheTables) {
-  const HMENU menu = GetSubMenu(LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(145)), 0);
-  ASSERT_EQ(GetMenuItemCount(menu), static_cast<int>(kAdvancedMenuItems.size()));
-  for (int i = 0; const MenuItem& item : kAdvancedMenuItems) {
-    wchar_t text[64] = {};
-    GetMenuStringW(menu, static_cast<UINT>(i), text, static_cast<int>(std::size(text)),
-                   MF_BYPOSITION);
-    EXPECT_EQ(platform::FromWide(text), item.text);
-    EXPECT_EQ(GetMenuItemID(menu, i), item.command);
-    ++i;
-  }
-  std::size_t texts = 0;
-  for (std::uint16_t id = 0; id < 1000; ++id) texts += !platform::LoadStringResource(id).empty();
-  EXPECT_EQ(texts, kStringTable.size());
+  const HMENU menu = GetSubMenu(LoadMenuW(program, MAKEINTRESOURCEW(145)), 0);
+  ASSERT_EQ(GetMenuItemCount(menu), 6);
+  EXPECT_EQ(GetMenuItemID(menu, 3), kCommandRestore);
   for (const StringEntry& entry : kStringTable) {
     EXPECT_EQ(platform::LoadStringResource(entry.id), entry.text);
   }
