@@ -1,7 +1,6 @@
 // The example against a store and events that this test plays.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
 
 #include "dsp/eq_model.h"
@@ -23,7 +22,6 @@ namespace fs = std::filesystem;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 using support::ChildProcess;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr std::u16string_view kEndpoint = u"{8E5A1c40-93B7-4B52-9F0B-35A5D6A3C6E1}";
@@ -31,18 +29,12 @@ constexpr milliseconds kQuiet(300);
 
 class EngineExampleTest : public testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    build_ = std::make_unique<support::TemporaryFolder>();
-    program_ = BuildExample(build_->Path());
-  }
-  static void TearDownTestSuite() { build_.reset(); }
-
-  static std::vector<std::string> Call() {
-    return {program_.native(), "{dff21ce1-f70f-11d0-b917-00a0c9223196}",
-            platform::ToUtf8(kEndpoint)};
-  }
   std::unique_ptr<ChildProcess> Start() {
-    return std::make_unique<ChildProcess>(Call(), environment_);
+    return std::make_unique<ChildProcess>(
+        std::vector<std::string>{BuildExample(temporary_.Path()).native(),
+                                 "{dff21ce1-f70f-11d0-b917-00a0c9223196}",
+                                 platform::ToUtf8(kEndpoint)},
+        environment_);
   }
 
   void SetParameter(const std::u16string& setting, std::uint32_t number, float value) {
@@ -60,8 +52,6 @@ class EngineExampleTest : public testing::Test {
     return event && event->Set();
   }
 
-  static inline std::unique_ptr<support::TemporaryFolder> build_;
-  static inline fs::path program_;
   support::TemporaryFolder temporary_;
   fs::path root_ = temporary_.Path() / "parent" / "root";
   std::map<std::string, std::string> environment_ = {{"TONALYX_ROOT", root_.native() + "/"}};
@@ -111,27 +101,6 @@ TEST_F(EngineExampleTest, FollowsTheActiveSetFromAnEmptyMachineOn) {
   Activate(std::u16string(100, u'1'));  // too long, so the default counts
   ASSERT_TRUE(Wake());
   EXPECT_EQ(engine->ReadLine(seconds(5)), "setting 2, equalizer on");
-}
-
-TEST_F(EngineExampleTest, OnlyOneHoldsTheEventsAndTheNextTakesOver) {
-  const auto first = Start();
-  ASSERT_TRUE(first->ReadLine(seconds(5)));
-  const support::ProcessResult second = support::RunProcess(Call(), environment_);
-  EXPECT_EQ(second.exitStatus, 1);
-  EXPECT_THAT(second.errors, HasSubstr("GFXPropEvent"));
-  EXPECT_TRUE(Wake()) << "the first one's events stay";
-
-  first->Kill(SIGKILL);
-  ASSERT_TRUE(first->WaitForExit(seconds(5)));
-  EXPECT_FALSE(Wake());
-  for (const int signal : {SIGINT, SIGTERM}) {
-    const auto next = Start();
-    ASSERT_TRUE(next->ReadLine(seconds(5)));
-    EXPECT_TRUE(Wake());
-    next->Kill(signal);
-    EXPECT_EQ(next->WaitForExit(seconds(5)), 0);
-    EXPECT_TRUE(fs::is_empty(root_ / "events"));
-  }
 }
 
 }  // namespace
