@@ -31,10 +31,10 @@ function(tonalyx_test name)
   tonalyx_test_program(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
   set(runner "")
   if("display" IN_LIST ARG_LABELS)
-    set(support ${CMAKE_SOURCE_DIR}/tests/support)
-    set(runner ${support}/with_display.sh ${ARG_DPI})
+    set(displays ${CMAKE_SOURCE_DIR}/scripts/lib)
+    set(runner ${displays}/with_display.sh ${ARG_DPI})
     if(CMAKE_CROSSCOMPILING)
-      list(APPEND runner ${support}/with_own_wine.sh ${ARG_DPI} ${CMAKE_BINARY_DIR}/prefix wine)
+      list(APPEND runner ${displays}/with_own_wine.sh ${ARG_DPI} ${CMAKE_BINARY_DIR}/prefix wine)
     endif()
   elseif(CMAKE_CROSSCOMPILING)
     set(runner ${CMAKE_CROSSCOMPILING_EMULATOR})
@@ -49,8 +49,8 @@ set(TONALYX_NATIVE_TESTS "" CACHE PATH "Folder with the test programs built for 
 
 # tonalyx_wine_display_test(name DPI COMMAND...): the command on a display with Wine at its hand.
 function(tonalyx_wine_display_test name dpi)
-  set(support ${CMAKE_SOURCE_DIR}/tests/support)
-  add_test(NAME ${name} COMMAND ${support}/with_display.sh ${dpi} ${support}/with_own_wine.sh ${dpi}
+  set(displays ${CMAKE_SOURCE_DIR}/scripts/lib)
+  add_test(NAME ${name} COMMAND ${displays}/with_display.sh ${dpi} ${displays}/with_own_wine.sh ${dpi}
     ${CMAKE_BINARY_DIR}/prefix ${ARGN})
   set_tests_properties(${name} PROPERTIES LABELS display TIMEOUT 300
     ENVIRONMENT GTEST_OUTPUT=xml:${CMAKE_BINARY_DIR}/test-results/${name}.xml)

@@ -1,32 +1,9 @@
-// The audio thread's rules, whatever it is given and for how long.
+// Whatever the engine is given, and for however long.
 #include <gtest/gtest.h>
-#include <linux/seccomp.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <atomic>
-#include <cstdlib>
 
 #include "tests/dsp/hostile_values.h"
 #include "tests/engine/player.h"
 #include "tests/faults/machine.h"
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define TONALYX_SANITIZED  // allocates and calls the system by itself
-#else
-namespace {
-std::atomic<long> allocations{0};
-}
-// In place of the library's, whose memory it hands out.
-extern "C" void* __libc_malloc(std::size_t);
-extern "C" void* malloc(std::size_t size) {
-  ++allocations;
-  return __libc_malloc(size);
-}
-#endif
 
 namespace engine {
 namespace {
@@ -82,47 +59,6 @@ TEST(EnduranceTest, AbsurdSetsAndSamplesPassAndSilenceReturns) {
   Player player(48000.0);
   EXPECT_TRUE(IsSilent(player.Play(Silence(10000))));
 }
-
-#ifndef TONALYX_SANITIZED
-// In a process that may only read, write and end, through changes of sound and rate.
-TEST(EnduranceTest, NeitherAllocatesNorCallsTheSystemNorFaults) {
-  std::mt19937 random(1);
-  std::vector<SoundDesign> designs;
-  for (int i = 0; i < 20; ++i) {
-    designs.push_back(DesignSound(RandomSettings(random), i % 10 < 5 ? 48000.0 : 44100.0));
-  }
-  Stereo sound = Signal(8192, Noise(1.5));
-  DesignExchange exchange;
-  const auto playAll = [&](SoundProcessor& processor) {
-    for (const SoundDesign& design : designs) {
-      exchange.Publish(design);
-      processor.Process(sound.left.data(), sound.right.data(), sound.left.data(),
-                        sound.right.data(), 8192);
-    }
-  };
-  SoundProcessor loadsTheCode(exchange);
-  playAll(loadsTheCode);
-  SoundProcessor processor(exchange);
-  rusage before{};
-  rusage after{};
-  const long allocationsBefore = allocations;
-  getrusage(RUSAGE_THREAD, &before);
-  playAll(processor);
-  getrusage(RUSAGE_THREAD, &after);
-  EXPECT_EQ(allocations, allocationsBefore);
-  EXPECT_EQ(after.ru_minflt + after.ru_majflt, before.ru_minflt + before.ru_majflt);
-
-  const pid_t child = fork();
-  if (child == 0) {
-    prctl(PR_SET_SECCOMP, SECCOMP_MODE_STRICT);
-    playAll(processor);
-    syscall(SYS_exit, 0);
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFEXITED(status)) << "killed by signal " << WTERMSIG(status);
-}
-#endif
 
 // As many minutes as there are rounds, with another sound every half second: then a fresh engine
 // and this one are the same to the last bit.

@@ -148,7 +148,7 @@ window_opens() {
   mount --bind /tmp/.X11-unix "$machine/tmp/.X11-unix"
   local settings=(TONALYX_ROOT=/tmp/panel TONALYX_LAPTOP=/tmp/laptop.json) class
   inside "${settings[@]}" tonalyx-laptopctl /tmp/laptop.json new layers
-  class=$("$top/tests/support/with_display.sh" 96 "$top/tests/packaging/window_class.sh" \
+  class=$("$top/scripts/lib/with_display.sh" 96 "$top/tests/packaging/window_class.sh" \
     chroot "$machine" env "${settings[@]}" tonalyx)
   umount "$machine/tmp/.X11-unix"
   rm -rf "$machine"/tmp/*

@@ -13,7 +13,7 @@ tonalyx_test(window_test
 
 # The same program where the screen is another one. What a person has told the toolkit about
 # scaling must not matter.
-set(with_display ${CMAKE_SOURCE_DIR}/tests/support/with_display.sh)
+set(with_display ${CMAKE_SOURCE_DIR}/scripts/lib/with_display.sh)
 function(tonalyx_window_size_test name dpi)
   add_test(NAME ${name} COMMAND ${with_display} ${ARGN})
   set_tests_properties(${name} PROPERTIES LABELS display TIMEOUT 60
@@ -35,7 +35,6 @@ set_tests_properties(window_test_without_compositor PROPERTIES LABELS display TI
 
 tonalyx_test(shell_test
   SOURCES
-    ${CMAKE_CURRENT_LIST_DIR}/browser_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/shell_test.cpp
     ${ui_session}
   LIBS tonalyx_platform_linux_ui tonalyx_platform_linux_core tonalyx_resources tonalyx_test_desktop

@@ -5,7 +5,7 @@
 # this display and has its resolution. Ends what it left running, and exits with its status.
 set -u
 
-# shellcheck source=tests/support/wine_prefix.sh
+# shellcheck source=scripts/lib/wine_prefix.sh
 . "$(dirname "$0")/wine_prefix.sh"
 dpi=$1
 use_prefix "$2"

@@ -9,7 +9,7 @@ if [ $# -lt 2 ]; then
   echo "usage: $0 PREFIX PROGRAM.exe [ARGUMENT...]" >&2
   exit 2
 fi
-# shellcheck source=tests/support/wine_prefix.sh
+# shellcheck source=scripts/lib/wine_prefix.sh
 . "$(dirname "$0")/wine_prefix.sh"
 use_prefix "$1"
 shift
