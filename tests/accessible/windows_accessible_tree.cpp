@@ -144,9 +144,8 @@ class Source : public ChangeSource {
  public:
   explicit Source(OnChange onChange) : onChange_(std::move(onChange)) {
     current_ = this;
-    hook_ = SetWinEventHook(EVENT_OBJECT_SHOW, EVENT_OBJECT_VALUECHANGE,
-                            GetModuleHandleW(nullptr), &Source::OnEvent, GetCurrentProcessId(), 0,
-                            WINEVENT_INCONTEXT);
+    hook_ = SetWinEventHook(EVENT_OBJECT_SHOW, EVENT_OBJECT_VALUECHANGE, GetModuleHandleW(nullptr),
+                            &Source::OnEvent, GetCurrentProcessId(), 0, WINEVENT_INCONTEXT);
     if (hook_ == nullptr) throw std::runtime_error("nobody can listen");
   }
   ~Source() override {
