@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/failing_registry.h"
+#include "platform/fake/failing_registry.h"
 #include "tests/support/fake_machine.h"
 
 namespace app {
@@ -151,7 +151,7 @@ TEST_F(CodecProbeTest, SkipsWhatCannotBeAsked) {
 }
 
 TEST_F(CodecProbeTest, ReportsInstalledClassesByteForByte) {
-  support::FailingRegistry registry(machine_.registry);
+  platform::FailingRegistry registry(machine_.registry);
   const auto create = [&](const std::u16string& clsid) {
     return registry.CreateKey(platform::RegistryRoot::ClassesRoot, kClasses + clsid, 0xF003F,
                               nullptr, {});

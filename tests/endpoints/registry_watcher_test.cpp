@@ -9,10 +9,10 @@
 #include <thread>
 #include <vector>
 
+#include "platform/fake/failing_registry.h"
 #include "platform/fake/fake_audio_devices.h"
 #include "platform/fake/fake_registry.h"
 #include "tests/endpoints/apartment.h"
-#include "tests/support/failing_registry.h"
 #include "tests/support/registry_tree.h"
 #include "tests/support/routes.h"
 
@@ -233,17 +233,18 @@ TEST_F(RegistryWatcherTest, SstDriverAndHintWakeTooWhereThereIsNoJackState) {
 
 // A window that reads on each post would hide the gap most of the time.
 TEST_F(RegistryWatcherTest, MissesNoSettingThatIsWrittenJustBeforeItWatches) {
-  support::FailingRegistry registry(registry_);
+  platform::FailingRegistry registry(registry_);
   int looks = 0;
-  registry.SetFault([&](support::RegistryStep step, std::u16string_view path, std::u16string_view) {
-    const bool settings =
-        step == support::RegistryStep::Watch && path == support::Settings(kSpeaker);
-    if (settings && ++looks == 2) SetActive(kSpeaker, u"5");
-    if (step == support::RegistryStep::Open && path == support::Settings(kSpeaker)) {
-      EXPECT_EQ(registry.OpenKeys(), 2) << "the one before is closed first";
-    }
-    return false;
-  });
+  registry.SetFault(
+      [&](platform::RegistryStep step, std::u16string_view path, std::u16string_view) {
+        const bool settings =
+            step == platform::RegistryStep::Watch && path == support::Settings(kSpeaker);
+        if (settings && ++looks == 2) SetActive(kSpeaker, u"5");
+        if (step == platform::RegistryStep::Open && path == support::Settings(kSpeaker)) {
+          EXPECT_EQ(registry.OpenKeys(), 2) << "the one before is closed first";
+        }
+        return false;
+      });
   RegistryWatcher watcher(registry, devices_, nullptr);
   watcher.Start({kGuid, InternalSpeaker, 1}, Poster());
   watcher.Wake();

@@ -5,9 +5,9 @@
 #include <map>
 #include <optional>
 
+#include "platform/fake/failing_registry.h"
 #include "platform/fake/fake_registry.h"
 #include "platform/jack_state.h"
-#include "tests/support/failing_registry.h"
 #include "tests/support/registry_tree.h"
 #include "tests/support/routes.h"
 
@@ -82,7 +82,7 @@ TEST(RouteDetection, JackStateBeatsSstFlagBeatsHint) {
 
 TEST(RouteDetection, SizesCountButOnlyTheSstFlagHasAType) {
   platform::FakeRegistry inner;
-  support::FailingRegistry registry(inner);
+  platform::FailingRegistry registry(inner);
   const std::string one("\1\0\0\0", 4);
   support::PutValue(inner, support::kProduct, u"HardwareOutputPath", RegistryType::Binary,
                     std::string("\2\0\0\0\0\0\0\0", 8));
@@ -148,7 +148,7 @@ TEST(SstHeadsetKey, DriverIsATextWithOrWithoutItsEnd) {
 TEST(JackState, IsWrittenTogetherUnderTheDriversNamesAndReadAsNumbers) {
   using enum platform::JackProperty;
   platform::FakeRegistry inner;
-  support::FailingRegistry registry(inner);
+  platform::FailingRegistry registry(inner);
   EXPECT_TRUE(platform::WriteJackValues(
       registry, kGuid,
       std::vector<platform::JackValue>{
@@ -168,7 +168,7 @@ TEST(JackState, IsWrittenTogetherUnderTheDriversNamesAndReadAsNumbers) {
   support::PutValue(inner, kJack, support::kJackPrefix + u"4", RegistryType::Binary, "1234");
   EXPECT_EQ(platform::ReadJackValue(inner, kGuid, Headphone), std::nullopt);
   registry.SetFault([](auto step, auto, auto name) {
-    return step == support::RegistryStep::Set && name.ends_with(u",6");
+    return step == platform::RegistryStep::Set && name.ends_with(u",6");
   });
   EXPECT_FALSE(
       platform::WriteJackValues(registry, kGuid, std::vector<platform::JackValue>{{Speaker, 1}}));

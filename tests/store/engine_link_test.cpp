@@ -7,7 +7,7 @@
 #include "engine_link/active_setting.h"
 #include "engine_link/engine_signals.h"
 #include "engine_link/event_names.h"
-#include "tests/support/failing_registry.h"
+#include "platform/fake/failing_registry.h"
 #include "tests/support/fake_machine.h"
 #include "tests/support/registry_tree.h"
 #include "tests/support/routes.h"
@@ -15,7 +15,7 @@
 namespace engine_link {
 namespace {
 
-using support::RegistryStep;
+using platform::RegistryStep;
 using support::Settings;
 using testing::ElementsAre;
 using enum store::OutputPath;
@@ -117,7 +117,7 @@ TEST_F(EngineLinkTest, ActiveSettingNeedsAModeAnEndpointAndAJack) {
 }
 
 TEST_F(EngineLinkTest, TwinsChangeTogetherAndAFailingTwinIsIgnored) {
-  support::FailingRegistry registry(machine_.registry);
+  platform::FailingRegistry registry(machine_.registry);
   const EngineLink engine{registry, machine_.events, machine_.audioDevices};
   SetHint(InternalSpeaker);
   EXPECT_TRUE(WriteActiveSetting(engine, 0, nullptr));

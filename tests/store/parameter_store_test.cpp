@@ -5,10 +5,10 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/fake/failing_registry.h"
 #include "platform/fake/fake_registry.h"
 #include "store/active_mode.h"
 #include "store/path_key.h"
-#include "tests/support/failing_registry.h"
 #include "tests/support/registry_tree.h"
 #include "tests/support/routes.h"
 
@@ -16,9 +16,9 @@ namespace store {
 namespace {
 
 using platform::RegistryRoot;
+using platform::RegistryStep;
 using platform::RegistryType;
 using support::kHeadphones;
-using support::RegistryStep;
 
 const std::u16string kSettings = support::Settings(kHeadphones);
 const std::u16string kSet = kSettings + u"\\3";
@@ -64,7 +64,7 @@ class ParameterStoreTest : public testing::Test {
   }
 
   platform::FakeRegistry inner_;
-  support::FailingRegistry registry_{inner_};
+  platform::FailingRegistry registry_{inner_};
   ParameterStore store_;
 };
 
@@ -72,7 +72,7 @@ TEST_F(ParameterStoreTest, VendorKeyGetsItsAccessListNewOrOld) {
   const std::u16string expected = u"D:(A;OICI;KA;;;BU)(A;OICI;KA;;;AU)(A;OICI;KA;;;BA)";
   for (const char16_t* existing : {u"SOFTWARE", u"SOFTWARE\\Norvane"}) {
     platform::FakeRegistry inner;
-    support::FailingRegistry registry(inner);
+    platform::FailingRegistry registry(inner);
     support::MakeKey(inner, existing);
     EnsureVendorKey(registry);
     EXPECT_EQ(inner.AccessListOf(RegistryRoot::LocalMachine, u"SOFTWARE\\Norvane"), expected);

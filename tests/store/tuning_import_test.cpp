@@ -7,9 +7,9 @@
 #include <functional>
 #include <set>
 
+#include "platform/fake/failing_registry.h"
 #include "platform/fake/fake_files.h"
 #include "platform/fake/fake_registry.h"
-#include "tests/support/failing_registry.h"
 #include "tests/support/registry_tree.h"
 #include "tests/support/routes.h"
 
@@ -17,8 +17,8 @@ namespace store {
 namespace {
 
 using platform::RegistryRoot;
+using platform::RegistryStep;
 using platform::RegistryType;
-using support::RegistryStep;
 using support::Settings;
 
 constexpr std::uint32_t kSsid = 0x9A9E100F;
@@ -160,7 +160,7 @@ class TuningImportTest : public testing::Test {
   }
 
   platform::FakeRegistry inner_;
-  support::FailingRegistry registry_{inner_};
+  platform::FailingRegistry registry_{inner_};
   platform::FakeFileSystem files_;
 };
 
