@@ -20,15 +20,16 @@ export TONALYX_ROOT=$work/state
 
 format=(--raw --format=float32le --rate=48000 --channels=2)
 
-# record FILE: what arrives at the sink while the sweep is played.
+# record FILE: what arrives at the sink while the sweep is played. With buffers so long that a machine
+# which sleeps between two cycles loses nothing.
 record() {
   local recorder
-  parec "${format[@]}" --latency-msec=20 --device=speaker.monitor "$1" &
+  parec "${format[@]}" --latency-msec=500 --device=speaker.monitor "$1" &
   recorder=$!
   # The recorder gets sound, and silence is sound, once it is there.
   wait_until test -s "$1"
-  pacat --playback "${format[@]}" --latency-msec=100 "$work/sweep"
-  sleep 0.3
+  pacat --playback "${format[@]}" --latency-msec=500 "$work/sweep"
+  sleep 0.8
   kill "$recorder"
   wait "$recorder" 2>/dev/null || true
 }
@@ -42,7 +43,7 @@ set_parameter() { "$bin/regtool" add "$settings\\$1" /v "Param$2" /t REG_BINARY 
 activate() {
   "$bin/regtool" add "$settings" /v ActiveSetting /t REG_SZ /d "$1" /f
   wait_until engine_tells "\"setting\": *\"$1\""
-  sleep 0.3
+  sleep 0.8
 }
 
 # Bass and treble in the middle, widener and loudness off.
