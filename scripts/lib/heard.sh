@@ -43,7 +43,7 @@ set_parameter() { "$bin/regtool" add "$settings\\$1" /v "Param$2" /t REG_BINARY 
 activate() {
   "$bin/regtool" add "$settings" /v ActiveSetting /t REG_SZ /d "$1" /f
   wait_until engine_tells "\"setting\": *\"$1\""
-  sleep 0.8
+  sleep 0.3
 }
 
 # Bass and treble in the middle, widener and loudness off.
