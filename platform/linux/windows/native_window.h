@@ -5,21 +5,9 @@
 #include <QWidget>
 #include <map>
 
-#include "platform/window.h"
+#include "platform/window_access.h"
 
 namespace platform {
-
-struct Window::Impl {
-  class NativeWindow* native = nullptr;
-};
-
-// Reaches what `Window` keeps from everybody else.
-struct WindowAccess {
-  static LResult Deliver(Window& window, std::uint32_t message, WParam wParam, LParam lParam) {
-    return window.WindowProc(message, wParam, lParam);
-  }
-  static void PreSubclass(Window& window) { window.PreSubclassWindow(); }
-};
 
 // While it lives, its `Window` has a handle. Goes before its `Window` or with it.
 class NativeWindow : public QWidget {

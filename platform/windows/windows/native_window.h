@@ -5,21 +5,9 @@
 
 #include <memory>
 
-#include "platform/window.h"
+#include "platform/window_access.h"
 
 namespace platform {
-
-struct Window::Impl {
-  class NativeWindow* native = nullptr;
-};
-
-// Reaches what `Window` keeps from everybody else.
-struct WindowAccess {
-  static LResult Deliver(Window& window, std::uint32_t message, WParam wParam, LParam lParam) {
-    return window.WindowProc(message, wParam, lParam);
-  }
-  static void PreSubclass(Window& window) { window.PreSubclassWindow(); }
-};
 
 // The system counts how often it gave out a handle anew; the same one comes again only after as
 // many windows as nobody makes while a message is on its way.
