@@ -21,9 +21,20 @@ export TONALYX_ROOT=$work/state
 format=(--raw --format=float32le --rate=48000 --channels=2)
 
 # record FILE: what arrives at the sink while the sweep is played. With buffers so long that a machine
-# which sleeps between two cycles loses nothing.
+# which sleeps between two cycles loses little, and once more where it has lost something.
 record() {
+  local try
+  for try in 1 2 3 4 5; do
+    record_once "$1"
+    "$bin/heard" check "$1" && return 0
+    echo "A piece of the sweep was lost, try $try of 5." >&2
+  done
+  return 1
+}
+
+record_once() {
   local recorder
+  rm -f "$1"
   parec "${format[@]}" --latency-msec=500 --device=speaker.monitor "$1" &
   recorder=$!
   # The recorder gets sound, and silence is sound, once it is there.
@@ -70,7 +81,7 @@ for number in 1 2 3 4 5 6; do
   record "$work/equalizer-$number"
   plots+=("${modes[number - 1]}:$number:$work/equalizer-$number:$work/whole-$number")
 done
-echo "-- heard, farthest from the panel's curve"
+echo "-- heard of the equalizer, farthest from what the panel says"
 QT_QPA_PLATFORM=offscreen "$bin/heard" picture "$work/heard.ppm" "$route" "${plots[@]}"
 convert "$work/heard.ppm" -define png:compression-level=9 "$pictures/heard.png"
 echo "Picture: build/screenshots/heard.png"

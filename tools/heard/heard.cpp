@@ -1,9 +1,9 @@
 // heard: makes a sweep to play through the engine, and a picture of what came out of it beside what
 // the panel draws.
 #include <array>
-#include <cmath>
 #include <cstdlib>
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <optional>
 #include <span>
@@ -24,9 +24,12 @@ namespace {
 
 constexpr std::string_view kUsage =
     R"(usage: heard sweep FILE
+       heard check RECORDING
        heard picture OUT.ppm ROUTE NAME:SETTING:EQUALIZER:WHOLE...
 
-FILE, EQUALIZER and WHOLE hold two channels of 32-bit floats at 48000 Hz, nothing else. EQUALIZER and
+`check` fails when a piece of the sweep was lost on its way into the recording.
+
+FILE, RECORDING, EQUALIZER and WHOLE hold two channels of 32-bit floats at 48000 Hz, nothing else. EQUALIZER and
 WHOLE are recordings of the sweep through the engine with that setting of ROUTE: with its knobs at
 rest, and as it is.
 )";
@@ -65,17 +68,8 @@ std::vector<float> ReadSetting(platform::Registry& registry, std::u16string_view
   return values;
 }
 
-// Twelve to the octave over what the plot shows.
-std::vector<double> Frequencies() {
-  std::vector<double> frequencies;
-  constexpr int kSteps = 120;
-  frequencies.reserve(kSteps);
-  for (int i = 0; i < kSteps; ++i) frequencies.push_back(20.0 * std::exp2(i / 12.0));
-  return frequencies;
-}
-
 std::vector<heard::Heard> Measure(const std::string& recording) {
-  const std::vector<double> frequencies = Frequencies();
+  const std::vector<double> frequencies = heard::PlotFrequencies();
   const std::vector<double> gains =
       heard::MeasureGains(heard::MakeSweep(), LeftChannel(recording), frequencies);
   std::vector<heard::Heard> result;
@@ -114,10 +108,17 @@ bool WritePixels(const platform::Bitmap& picture, const std::string& file) {
   return stream.flush().good();
 }
 
-// How far what is heard of the equalizer lies from what is drawn.
-void Report(const heard::SettingPlot& plot, const heard::Heard& worst) {
-  std::cout << platform::ToUtf8(plot.name) << ": at most " << worst.gain << " dB at "
-            << worst.frequency << " Hz\n";
+void Report(const heard::SettingPlot& plot) {
+  const auto tell = [](std::string_view from, const heard::Heard& worst) {
+    std::cout << std::fixed << std::setprecision(3) << worst.gain << " dB from " << from << " at "
+              << std::setprecision(0) << worst.frequency << " Hz";
+  };
+  const heard::WorstDifferences worst = heard::FindWorstDifferences(plot);
+  std::cout << platform::ToUtf8(plot.name) << ": at most ";
+  tell("the filters", worst.filters);
+  std::cout << ", ";
+  tell("their picture", worst.drawn);
+  std::cout << '\n';
 }
 
 int DrawPicture(std::span<const std::string> arguments) {
@@ -130,7 +131,7 @@ int DrawPicture(std::span<const std::string> arguments) {
       std::cerr << kUsage;
       return EXIT_FAILURE;
     }
-    Report(*plot, heard::WorstDifference(*plot));
+    Report(*plot);
     plots.push_back(*plot);
   }
   const platform::DrawingSession drawing;
@@ -145,6 +146,10 @@ int main(int argc, char** argv) {
   const std::vector<std::string> arguments = platform::CommandLineArguments(argc, argv);
   if (arguments.size() == 2 && arguments[0] == "sweep") {
     return WriteSweep(arguments[1]) ? EXIT_SUCCESS : EXIT_FAILURE;
+  }
+  if (arguments.size() == 2 && arguments[0] == "check") {
+    return heard::IsWhole(heard::MakeSweep(), LeftChannel(arguments[1])) ? EXIT_SUCCESS
+                                                                         : EXIT_FAILURE;
   }
   if (arguments.size() >= 4 && arguments[0] == "picture") {
     return DrawPicture(std::span(arguments).subspan(1));

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
+#include <functional>
+#include <numbers>
 #include <optional>
 #include <span>
 
@@ -31,18 +34,43 @@ constexpr Argb kCurve = 0xFF20BFD5;
 constexpr Argb kDots = 0xFFFFFFFF;
 constexpr Argb kWhole = 0xFFFFB347;
 
-// What the panel draws, but that the equalizer's own switch counts: this is about what is heard.
+dsp::ConstParameterValues ValuesOf(const SettingPlot& plot) {
+  return dsp::ConstParameterValues(plot.values.data(), dsp::kParameterCount);
+}
+
+// The filters that count for what is heard: none where the equalizer's own switch is off, which the
+// panel's curve does not look at.
+dsp::CoefficientTable HeardFilters(dsp::ConstParameterValues values) {
+  dsp::CoefficientTable filters{};
+  if (!dsp::IsOn(values[dsp::ParameterIndex(dsp::kEqualizerEnable)])) return filters;
+  dsp::UpdateBandCoefficients(values, filters);
+  for (int band = 1; band <= dsp::kBandCount; ++band) {
+    if (!dsp::IsOn(dsp::GetBand(values, band).enabled)) {
+      filters[static_cast<std::size_t>(band - 1)] = {};
+    }
+  }
+  return filters;
+}
+
 dsp::ResponsePlotData Evaluate(dsp::ConstParameterValues values) {
-  dsp::CoefficientTable coefficients{};
-  dsp::UpdateBandCoefficients(values, coefficients);
   dsp::ResponsePlotData data;
   dsp::BuildResponseGrid(data.evalFreqs);
-  dsp::EvaluateResponse(values, coefficients, data);
-  if (!dsp::IsOn(values[dsp::ParameterIndex(dsp::kEqualizerEnable)])) {
-    data.evalFreqs.response.re.fill(1.0F);
-    data.evalFreqs.response.im.fill(0.0F);
-  }
+  dsp::EvaluateResponse(values, HeardFilters(values), data);
   return data;
+}
+
+// Of the filters, one after the other, in dB.
+double FilterGain(const dsp::CoefficientTable& filters, double frequency) {
+  const auto delay =
+      std::polar(1.0, -2.0 * std::numbers::pi * frequency / double{dsp::kSampleRate});
+  std::complex<double> gain = 1.0;
+  for (const dsp::BiquadCoefficients& filter : filters) {
+    const auto polynomial = [&](double c0, double c1, double c2) {
+      return c0 + delay * (c1 + delay * c2);
+    };
+    gain *= polynomial(filter.b0, filter.b1, filter.b2) / polynomial(1.0, filter.a1, filter.a2);
+  }
+  return 20.0 * std::log10(std::abs(gain));
 }
 
 // The curve between its points, which lie evenly on a logarithmic axis.
@@ -79,8 +107,7 @@ Bitmap DrawPlot(const SettingPlot& plot) {
   const platform::Font labels(u"Verdana", 8.0F * kScale, platform::FontStyle::Regular);
   ui::PaintPlotGrid(layer, mapping, labels, false);
 
-  const dsp::ConstParameterValues values(plot.values.data(), dsp::kParameterCount);
-  dsp::ResponsePlotData data = Evaluate(values);
+  dsp::ResponsePlotData data = Evaluate(ValuesOf(plot));
   dsp::MapResponseToPlot(mapping, data);
   Bitmap picture(kPlot.width, kPlot.height, platform::PixelFormat::PremultipliedArgb32);
   const std::optional<Bitmap> none;
@@ -112,17 +139,22 @@ void DrawLegend(Graphics& graphics, float y) {
   entry(kWhole, u"heard: the setting as it is, with bass, treble, widener and loudness");
 }
 
-}  // namespace
-
-Heard WorstDifference(const SettingPlot& plot) {
-  const dsp::ResponsePlotData data =
-      Evaluate(dsp::ConstParameterValues(plot.values.data(), dsp::kParameterCount));
+Heard Worst(const std::vector<Heard>& heard, const std::function<double(double)>& gain) {
   Heard worst{0.0, 0.0};
-  for (const Heard& one : plot.equalizer) {
-    const double difference = std::abs(one.gain - DrawnGain(data, one.frequency));
+  for (const Heard& one : heard) {
+    const double difference = std::abs(one.gain - gain(one.frequency));
     if (difference > worst.gain) worst = {one.frequency, difference};
   }
   return worst;
+}
+
+}  // namespace
+
+WorstDifferences FindWorstDifferences(const SettingPlot& plot) {
+  const dsp::ResponsePlotData drawn = Evaluate(ValuesOf(plot));
+  const dsp::CoefficientTable filters = HeardFilters(ValuesOf(plot));
+  return {Worst(plot.equalizer, [&](double frequency) { return DrawnGain(drawn, frequency); }),
+          Worst(plot.equalizer, [&](double frequency) { return FilterGain(filters, frequency); })};
 }
 
 Bitmap DrawSheet(const std::vector<SettingPlot>& plots) {

@@ -22,8 +22,13 @@ struct SettingPlot {
   std::vector<Heard> whole;      // as stored
 };
 
-// Where what is heard of the equalizer lies farthest from what the panel draws, and by how many dB.
-Heard WorstDifference(const SettingPlot& plot);
+// Where what is heard of the equalizer lies farthest from what it is compared with, and by how many
+// dB.
+struct WorstDifferences {
+  Heard drawn;    // from the panel's picture, which is evaluated in single precision
+  Heard filters;  // from the magnitude of the same filters in double precision
+};
+WorstDifferences FindWorstDifferences(const SettingPlot& plot);
 
 // Needs a user-interface session. Two plots side by side.
 platform::Bitmap DrawSheet(const std::vector<SettingPlot>& plots);
