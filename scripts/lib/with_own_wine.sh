@@ -18,12 +18,13 @@ cleanup() {
 }
 trap cleanup EXIT
 
-# Only what nobody changes is shared; the server puts new files in the place of its own.
-cp -al "$WINEPREFIX" "$work/prefix"
+# Only what nobody changes is shared. The registry is not, for the server writes a file that has more
+# than one name in its place.
+mkdir "$work/prefix"
+cp -al "$WINEPREFIX"/{.update-timestamp,dosdevices,drive_c} "$work/prefix"
+cp "$WINEPREFIX"/*.reg "$work/prefix"
 export WINEPREFIX=$work/prefix
-cp "$WINEPREFIX/user.reg" "$work/user.reg"
-printf '\n[Control Panel\\\\Desktop]\n"LogPixels"=dword:%08x\n' "$dpi" >>"$work/user.reg"
-mv -f "$work/user.reg" "$WINEPREFIX/user.reg"
+printf '\n[Control Panel\\\\Desktop]\n"LogPixels"=dword:%08x\n' "$dpi" >>"$WINEPREFIX/user.reg"
 wake_server -p
 
 "$@"
