@@ -1,6 +1,7 @@
 tonalyx_test(platform_base_test
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/base_contracts_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/setup_devices_test.cpp
     ${CMAKE_CURRENT_LIST_DIR}/windows_base_backends.cpp
   LIBS tonalyx_backend)
 

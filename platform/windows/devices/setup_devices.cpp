@@ -6,6 +6,8 @@
 #include <cfgmgr32.h>
 #include <setupapi.h>
 
+#include <algorithm>
+
 namespace platform {
 namespace {
 
@@ -34,15 +36,17 @@ class SetupDeviceSet : public DeviceInfoSet {
                                     std::uint32_t* requiredBytes) const override {
     SP_DEVINFO_DATA device;
     if (!Find(index, &device)) return DevicePropertyStatus::Failure;
+    // A property is what a driver put into the registry: it may be empty or lack its end.
+    std::ranges::fill(buffer, u'\0');
+    const std::size_t offered = buffer.empty() ? 0 : buffer.size_bytes() - sizeof(char16_t);
     DWORD required = 0;
     if (SetupDiGetDeviceRegistryPropertyW(devices_, &device, static_cast<DWORD>(property), nullptr,
                                           reinterpret_cast<BYTE*>(buffer.data()),
-                                          static_cast<DWORD>(buffer.size_bytes()),
-                                          &required) != FALSE) {
+                                          static_cast<DWORD>(offered), &required) != FALSE) {
       return DevicePropertyStatus::Success;
     }
     if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) return DevicePropertyStatus::Failure;
-    if (requiredBytes != nullptr) *requiredBytes = required;
+    if (requiredBytes != nullptr) *requiredBytes = required + sizeof(char16_t);
     return DevicePropertyStatus::InsufficientBuffer;
   }
 
