@@ -6,6 +6,7 @@
 
 #include "tests/audio/audio_machines.h"
 #include "tests/audio/recording_sink.h"
+#include "tests/support/lacks.h"
 
 namespace support {
 namespace {
@@ -16,7 +17,8 @@ using platform::DeviceRole;
 using platform::HResult;
 using Kind = platform::EndpointReportKind;
 
-class AudioDevicesContract : public testing::TestWithParam<AudioMachineMaker> {
+class AudioDevicesContract : public SkipsWhatLacks,
+                             public testing::WithParamInterface<AudioMachineMaker> {
  protected:
   std::vector<std::u16string> Ids() {
     std::vector<std::u16string> ids;
@@ -53,7 +55,8 @@ TEST_P(AudioDevicesContract, TellsEveryEndpointAndItsProperties) {
         properties->GetString(platform::kEndpointJackSubTypeProperty).value_or(u"")));
     EXPECT_TRUE(properties->GetString(platform::kDeviceInterfaceFriendlyNameProperty));
     EXPECT_FALSE(properties->GetString({platform::kEndpointGuidProperty.format, 77}));
-    EXPECT_EQ(device->ActivateMeter()->PeakValue(), 0.0F);
+    EXPECT_EQ(device->ActivateMeter()->PeakValue(),
+              machine_->HasMeters() ? std::optional(0.0F) : std::nullopt);
   }
   EXPECT_EQ(DefaultId(), Ids()[0]);
 
@@ -70,21 +73,25 @@ TEST_P(AudioDevicesContract, TellsEveryEndpointAndItsProperties) {
 TEST_P(AudioDevicesContract, ReportsChangesOnAThreadOfItsOwn) {
   const std::vector<std::u16string> ids = Ids();
   ASSERT_EQ(ids.size(), 2U);
-  std::vector<std::u16string> seenInside;
-  RecordingSink sink([&] { seenInside = Ids(); });
+  std::u16string seenInside;
+  RecordingSink sink([&] { seenInside = DefaultId(); });
   ASSERT_EQ(machine_->Devices().CreateEnumerator()->RegisterCallback(sink), HResult::Ok);
-
   machine_->MakeDefault(1);
   EXPECT_TRUE(sink.WaitFor({Kind::DefaultChanged, ids[1]}, 10s));
   EXPECT_NE(sink.CallingThread(), std::this_thread::get_id());
   EXPECT_EQ(DefaultId(), ids[1]);
+  EXPECT_EQ(machine_->Devices().CreateEnumerator()->UnregisterCallback(sink), HResult::Ok);
+  EXPECT_EQ(seenInside, ids[1]) << "the service answers inside a report";
+}
 
+TEST_P(AudioDevicesContract, ReportsAnEndpointThatGoes) {
+  const std::vector<std::u16string> ids = Ids();
+  RecordingSink sink;
+  ASSERT_EQ(machine_->Devices().CreateEnumerator()->RegisterCallback(sink), HResult::Ok);
   machine_->Remove(0);
   EXPECT_TRUE(sink.WaitFor({Kind::Removed, ids[0]}, 10s));
   EXPECT_THAT(Ids(), testing::ElementsAre(ids[1]));
-
   EXPECT_EQ(machine_->Devices().CreateEnumerator()->UnregisterCallback(sink), HResult::Ok);
-  EXPECT_THAT(seenInside, testing::ElementsAre(ids[1])) << "the service answers inside a report";
 }
 
 TEST_P(AudioDevicesContract, NoReportRunsOnceUnregisteringHasReturned) {

@@ -20,6 +20,7 @@ class AudioMachine {
   // Changes that take effect soon; `index` counts the endpoints as they were at first.
   virtual void MakeDefault(int index) = 0;
   virtual void Remove(int index) = 0;
+  virtual bool HasMeters() const { return true; }
 };
 
 using AudioMachineMaker = std::unique_ptr<AudioMachine> (*)();

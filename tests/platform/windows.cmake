@@ -5,6 +5,17 @@ tonalyx_test(platform_base_test
     ${CMAKE_CURRENT_LIST_DIR}/windows_base_backends.cpp
   LIBS tonalyx_backend)
 
+tonalyx_test_program(audio_test
+  SOURCES
+    ${CMAKE_SOURCE_DIR}/tests/audio/audio_devices_contract_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/multimedia_devices_test.cpp
+    ${CMAKE_SOURCE_DIR}/tests/support/wine_lacks.cpp
+  LIBS tonalyx_platform_windows_audio tonalyx_backend)
+target_compile_options(audio_test PRIVATE -Wno-non-virtual-dtor)
+add_test(NAME audio_test COMMAND ${CMAKE_SOURCE_DIR}/scripts/lib/with_sound.sh Speaker
+  ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:audio_test>)
+set_tests_properties(audio_test PROPERTIES LABELS audio TIMEOUT 120)
+
 tonalyx_test(registry_test
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/registry_contract_test.cpp

@@ -12,6 +12,7 @@ class WineLacks : public testing::Environment {
     if (!support::RunsUnderWine()) return;
     support::Lacks() = {
         {"AQuestionCannotBeDismissed", "every box can be closed"},
+        {"ReportsAnEndpointThatGoes", "a program's endpoints are those of its first look"},
         {"StraightLinesAndRectanglesReachTheirPixelsSharply", "lines end a pixel too early"},
         {"SlantedLinesReachHalfAPixelBeyondTheirEnds", "shapes are not anti-aliased"},
         {"GridAndLabels", "shapes are not anti-aliased"},
