@@ -4,7 +4,10 @@
 #include <gmock/gmock.h>
 #include <windows.h>
 
+#include <future>
+
 #include "platform/com_apartment.h"
+#include "platform/windows/audio/bounded_calls.h"
 #include "platform/windows/audio/notification_client.h"
 #include "platform/windows/com_pointer.h"
 #include "platform/windows/wide_text.h"
@@ -75,6 +78,18 @@ class WineMachine : public AudioMachine {
   RecordingSink witness_;
   std::vector<std::u16string> ids_;
 };
+
+TEST(BoundedCallsTest, OneThatHangsCostsOneLimitAndHoldsUpTheOthersUntilItReturns) {
+  const platform::BoundedCalls calls(50ms);
+  const auto hanging = std::make_shared<std::promise<void>>();
+  EXPECT_TRUE(calls.Run([] {}));
+  EXPECT_FALSE(calls.Run([hanging] { hanging->get_future().wait(); }));
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < 1000; ++i) EXPECT_FALSE(calls.Run([] { ADD_FAILURE(); }));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
+  hanging->set_value();
+  while (!calls.Run([] {})) std::this_thread::sleep_for(1ms);
+}
 
 TEST(MultimediaDevicesTest, AServiceThatIsNotToBeHadIsAskedAgainEachTime) {
   platform::MultimediaDevices devices;

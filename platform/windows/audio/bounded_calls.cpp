@@ -1,6 +1,5 @@
 #include "platform/windows/audio/bounded_calls.h"
 
-#include <atomic>
 #include <utility>
 
 #include "platform/com_apartment.h"
@@ -8,32 +7,25 @@
 
 namespace platform {
 
-struct BoundedCalls::Count {
-  std::atomic<int> running = 0;
-};
-
-namespace {
-
-constexpr int kMostCalls = 16;
-
-}  // namespace
-
 BoundedCalls::BoundedCalls(std::chrono::milliseconds limit)
-    : limit_(limit), count_(std::make_shared<Count>()) {}
+    : limit_(limit), late_(std::make_shared<std::atomic<int>>(0)) {}
 
 bool BoundedCalls::Run(std::function<void()> call) const {
-  if (++count_->running > kMostCalls) {
-    --count_->running;
-    return false;
-  }
-  WorkerThread worker([count = count_, call = std::move(call)] {
+  if (*late_ > 0) return false;
+  // Whichever comes second, the call's return or its limit, knows that the other has been.
+  const auto first = std::make_shared<std::atomic<bool>>(true);
+  WorkerThread worker([late = late_, first, call = std::move(call)]() mutable {
     {
       const ComApartment apartment;
       call();
+      call = nullptr;
     }
-    --count->running;
+    if (!first->exchange(false)) --*late;
   });
-  return worker.WaitForEnd(limit_);
+  if (worker.WaitForEnd(limit_)) return true;
+  ++*late_;
+  if (!first->exchange(false)) --*late_;
+  return false;
 }
 
 }  // namespace platform

@@ -1,13 +1,15 @@
 // Calls into a service that may hang, on threads that nobody has to wait for.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
 
 namespace platform {
 
-// Any thread. Threads of calls that hang are left behind, but only so many of them.
+// Any thread. A call that hangs costs its caller the limit, and until it returns no other is begun:
+// a service that hangs holds nobody up again and again.
 class BoundedCalls {
  public:
   explicit BoundedCalls(std::chrono::milliseconds limit);
@@ -17,10 +19,9 @@ class BoundedCalls {
   bool Run(std::function<void()> call) const;
 
  private:
-  struct Count;
-
   const std::chrono::milliseconds limit_;
-  const std::shared_ptr<Count> count_;
+  // How many calls are over their limit and have not returned.
+  const std::shared_ptr<std::atomic<int>> late_;
 };
 
 }  // namespace platform

@@ -9,6 +9,7 @@
 
 #include "platform/windows/audio/endpoint_reader.h"
 #include "platform/windows/audio/notification_client.h"
+#include "platform/worker_thread.h"
 
 namespace platform {
 namespace {
@@ -66,13 +67,14 @@ class MultimediaDevices::Enumerator : public AudioDeviceEnumerator {
   const EndpointList endpoints_;
 };
 
-// Our client at the service, which forgets it with the enumerator that it was registered with.
+// Our client at the service, as long as the object lives. Its own calls may hang.
 class MultimediaDevices::Registration {
  public:
   explicit Registration(EndpointNotifier& notifier) : client_(new NotificationClient(notifier)) {
     CoIncrementMTAUsage(&apartment_);
   }
   ~Registration() {
+    if (begun_) enumerator_->UnregisterEndpointNotificationCallback(client_.Get());
     enumerator_ = {};
     CoDecrementMTAUsage(apartment_);
   }
@@ -83,9 +85,6 @@ class MultimediaDevices::Registration {
     enumerator_ = MakeDeviceEnumerator();
     begun_ =
         enumerator_ && SUCCEEDED(enumerator_->RegisterEndpointNotificationCallback(client_.Get()));
-  }
-  void End() {
-    if (begun_) enumerator_->UnregisterEndpointNotificationCallback(client_.Get());
   }
   bool HasBegun() const { return begun_; }
   void Detach() { client_->Detach(); }
@@ -103,7 +102,9 @@ MultimediaDevices::MultimediaDevices() : calls_(kLongestCall) {}
 MultimediaDevices::~MultimediaDevices() {
   if (!registration_) return;
   registration_->Detach();
-  calls_.Run([registration = std::move(registration_)] { registration->End(); });
+  WorkerThread worker(
+      [registration = std::move(registration_)]() mutable { registration.reset(); });
+  worker.WaitForEnd(kLongestCall);
 }
 
 std::unique_ptr<AudioDeviceEnumerator> MultimediaDevices::CreateEnumerator() {
@@ -117,13 +118,13 @@ std::unique_ptr<AudioDeviceEnumerator> MultimediaDevices::CreateEnumerator() {
 HResult MultimediaDevices::Register(EndpointNotificationSink& sink) {
   const std::lock_guard lock(mutex_);
   if (!registration_) {
-    const auto registration = std::make_shared<Registration>(notifier_);
+    auto registration = std::make_shared<Registration>(notifier_);
     if (!calls_.Run([registration] { registration->Begin(); })) {
       registration->Detach();
       return HResult::Fail;
     }
     if (!registration->HasBegun()) return HResult::Fail;
-    registration_ = registration;
+    registration_ = std::move(registration);
   }
   return notifier_.Register(sink);
 }
