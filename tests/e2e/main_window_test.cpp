@@ -16,11 +16,6 @@ class MainWindowTest : public PanelTest {
     StartPanel();
     EXPECT_THAT(ReceivedEvents(), IsEmpty()) << "opening the window must not change the sound";
   }
-
-  bool ShowsWarning() {
-    const std::vector<std::uint32_t> pixels = desktop_.Pixels(SkinRect({160, 362}, {440, 24}));
-    return std::count(pixels.begin(), pixels.end(), 0xE3C69CU) > 20;
-  }
 };
 
 TEST_F(MainWindowTest, ClicksReachStoreAndEngineAndTheWindowFollowsStoreAndJack) {

@@ -72,9 +72,12 @@ class PanelTest : public testing::Test {
     Run("regtool", {"delete", "HKLM\\SOFTWARE\\Norvane", "/f"});
   }
 
-  // Makes the virtual laptop and imports the sample tuning with /init.
   void UseLaptop(const std::string& kind) {
     Laptop({"new", kind});
+    ImportSample();
+  }
+  // With /init.
+  void ImportSample() {
     const support::ProcessResult made =
         Run("vtdmake", {TONALYX_SOURCE_DIR "/resources/samples/sample.json",
                         (folder_ / "program" / "0.vtd").string()});
@@ -211,13 +214,23 @@ class PanelTest : public testing::Test {
   bool ShowsPicture(const std::vector<std::uint32_t>& picture) {
     return Eventually([&] { return Picture() == picture; });
   }
+  bool ShowsWarning() {
+    const std::vector<std::uint32_t> pixels = desktop_.Pixels(SkinRect({160, 362}, {440, 24}));
+    return std::count(pixels.begin(), pixels.end(), 0xE3C69CU) > 20;
+  }
   // Clicks the mode and keeps what the window then looks like.
   std::vector<std::uint32_t> PictureOfMode(int mode) {
     ClickMode(mode);
     ParkPointer();
-    // Long enough for the hover highlight to go and for the compositor to have shown it.
-    std::this_thread::sleep_for(milliseconds(300));
-    return Picture();
+    // The hover highlight goes, and the compositor shows it, when the machine finds the time.
+    std::vector<std::uint32_t> picture;
+    for (int same = 0; same < 3;) {
+      std::this_thread::sleep_for(milliseconds(150));
+      auto next = Picture();
+      same = next == picture ? same + 1 : 0;
+      picture = std::move(next);
+    }
+    return picture;
   }
 
   std::filesystem::path LogFile() const {
