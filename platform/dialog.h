@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <map>
-#include <span>
 #include <string_view>
 
 #include "platform/dialog_template.h"
@@ -34,7 +33,7 @@ class Dialog : public Window {
   void TrackSystemMenu(Point screen);
 
   // Shows a popup menu at a screen point; the chosen entry arrives as kCommand.
-  void TrackPopupMenu(std::span<const MenuItem> items, Point screen);
+  void TrackPopupMenu(const PopupMenu& menu, Point screen);
 
  protected:
   // Ties the control of the template with this id to an object (a member of the derived class);

@@ -1,4 +1,6 @@
-// Dialog templates and menus as plain tables.
+// Dialog templates and menus as plain tables. A system that has such resources by number finds them
+// in the program file: CMake compiles the headers with the tables (resources/windows/,
+// tonalyx_dialogs).
 #pragma once
 
 #include <cstdint>
@@ -25,7 +27,7 @@ struct DialogControl {
   std::int16_t y;
   std::int16_t width;
   std::int16_t height;
-  std::u16string_view windowClass = {};  // of a custom control
+  std::u16string_view windowClass = {};  // of a custom control, never empty there
   std::uint16_t icon = 0;                // resource of an icon
 };
 
@@ -44,6 +46,11 @@ struct DialogTemplate {
 struct MenuItem {
   std::uint16_t command;
   std::u16string_view text;
+};
+
+struct PopupMenu {
+  std::uint16_t id;
+  std::span<const MenuItem> items;
 };
 
 }  // namespace platform

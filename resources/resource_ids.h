@@ -9,6 +9,7 @@ namespace resources {
 inline constexpr std::uint16_t kAboutDialog = 100;
 inline constexpr std::uint16_t kAdvancedDialog = 102;
 inline constexpr std::uint16_t kMainDialog = 148;
+inline constexpr std::uint16_t kAdvancedMenu = 145;
 inline constexpr std::uint16_t kApplicationIcon = 16;
 inline constexpr std::uint16_t kDialogTileBitmap = 132;
 

@@ -15,6 +15,7 @@ using platform::DialogControl;
 using platform::DialogFrame;
 using platform::DialogTemplate;
 using platform::MenuItem;
+using platform::PopupMenu;
 
 // The main window; its size is replaced by its background image's.
 inline constexpr DialogTemplate kMainTemplate{kMainDialog, DialogFrame::Layered, 320, 200,
@@ -63,6 +64,8 @@ inline constexpr auto kAdvancedMenuItems = std::to_array<MenuItem>({
     {0, u""},
     {kCommandClose, u"&Close"},
 });
+
+inline constexpr PopupMenu kAdvancedPopup{kAdvancedMenu, kAdvancedMenuItems};
 
 struct StringEntry {
   std::uint16_t id;

@@ -15,7 +15,6 @@ tonalyx_library(tonalyx_platform_windows_ui
     windows/native_window.cpp
     windows/session.cpp
     windows/skinned_window.cpp
-    windows/template_memory.cpp
     windows/window.cpp
     windows/window_icon.cpp
     ${CMAKE_SOURCE_DIR}/platform/window_defaults.cpp

@@ -1,21 +1,31 @@
 # The program's resources in the system's own form: the script names them, one header gives it the
 # numbers, others take in dialogs, menu, texts and pictures.
 set(compiled_folder ${CMAKE_BINARY_DIR}/generated/resources)
-set(ids_header ${CMAKE_SOURCE_DIR}/resources/resource_ids.h)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ids_header})
+include(${CMAKE_CURRENT_LIST_DIR}/tables.cmake)
+tonalyx_read_tables(${CMAKE_SOURCE_DIR}/resources/templates.h
+  ${CMAKE_SOURCE_DIR}/resources/resource_ids.h)
 
-file(STRINGS ${ids_header} id_lines REGEX "^inline constexpr std::uint16_t k")
-set(numbers "")
-foreach(line IN LISTS id_lines)
-  string(REGEX REPLACE ".* (k[A-Za-z0-9]+) = ([0-9]+);.*" "#define \\1 \\2\n" define "${line}")
-  string(APPEND numbers "${define}")
-endforeach()
 string(REPLACE "." "," version_words ${PROJECT_VERSION}.0)
 string(APPEND numbers "#define VERSION_WORDS ${version_words}\n"
   "#define VERSION_TEXT \"${PROJECT_VERSION}\"\n")
 file(CONFIGURE OUTPUT ${compiled_folder}/numbers.rch CONTENT "${numbers}" @ONLY)
 
-include(${CMAKE_CURRENT_LIST_DIR}/tables.cmake)
+tonalyx_dialog_script(script)
+string(APPEND script "kAdvancedMenu MENU\n{\n  POPUP \"\"\n  {\n")
+tonalyx_rows(kAdvancedMenuItems ", u\"" rows)
+foreach(row IN LISTS rows)
+  string(REGEX REPLACE "^{ ?(.*), u(\".*\")}$" "    MENUITEM \\2, \\1\n" line "${row}")
+  string(REPLACE "MENUITEM \"\", 0" "MENUITEM SEPARATOR" line "${line}")
+  string(APPEND script "${line}")
+endforeach()
+string(APPEND script "  }\n}\n\nSTRINGTABLE\n{\n")
+tonalyx_rows(kStringTable "kText" rows)
+foreach(row IN LISTS rows)
+  string(REGEX REPLACE "^{ ?(.*), u(\".*\")}$" "  \\1 \\2\n" line "${row}")
+  string(APPEND script "${line}")
+endforeach()
+string(APPEND script "}\n")
+file(CONFIGURE OUTPUT ${compiled_folder}/tables.rc CONTENT "${script}" @ONLY)
 
 # An icon is a directory of images; each image is a resource of its own, numbered from 1.
 set(pictures "${bitmap_id} PNGBITMAP \"${bitmap_file}\"\n")
@@ -45,7 +55,7 @@ set_target_properties(tonalyx_compiled_resources PROPERTIES COMPILE_OPTIONS "" C
 target_include_directories(tonalyx_compiled_resources PRIVATE ${compiled_folder}
   ${CMAKE_CURRENT_LIST_DIR})
 set(compiled_files ${compiled_folder}/numbers.rch ${compiled_folder}/pictures.rc
-  ${compiled_folder}/tables.rc
+  ${compiled_folder}/tables.rc ${CMAKE_CURRENT_LIST_DIR}/frames.rch
   ${CMAKE_CURRENT_LIST_DIR}/tonalyx.manifest ${png_files} ${bitmap_file} ${icon_files})
 set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/tonalyx.rc PROPERTIES
   OBJECT_DEPENDS "${compiled_files}")

@@ -12,6 +12,7 @@
 #include "tests/controls/picture.h"
 #include "tests/support/lacks.h"
 #include "tests/support/scripted_window.h"
+#include "tests/support/test_dialogs.h"
 #include "ui/controls/buttons/png_button.h"
 #include "ui/controls/buttons/png_checkbox.h"
 #include "ui/controls/knob/potentiometer.h"
@@ -25,17 +26,6 @@ using platform::Point;
 using platform::Rect;
 using platform::Window;
 using platform::WParam;
-
-// The sizes that the advanced dialog gives them, but for a taller check box.
-inline constexpr auto kTestControls = std::to_array<platform::DialogControl>({
-    {10, platform::ControlKind::Custom, u"Gain", 10, 10, 259, 36},
-    {11, platform::ControlKind::Custom, u"Bass", 280, 10, 85, 95},
-    {12, platform::ControlKind::Custom, u"", 7, 120, 489, 121},
-    {13, platform::ControlKind::CheckBox, u"Peaking", 380, 10, 107, 24},
-    {14, platform::ControlKind::PushButton, u"V", 380, 40, 55, 21},
-});
-inline constexpr platform::DialogTemplate kTestTemplate{
-    1, platform::DialogFrame::Skinned, 503, 250, u"", u"Microsoft Sans Serif", 8, kTestControls};
 
 // What the dialog shows under its controls: plain, but for one pixel of each control.
 inline constexpr platform::Argb kBackground = 0xFF304050;
@@ -61,7 +51,7 @@ class CountedKnob : public CPotentiometer {
 
 class NotingDialog : public platform::Dialog {
  public:
-  NotingDialog() : Dialog(kTestTemplate) {
+  NotingDialog() : Dialog(support::kControlsTemplate) {
     BindControl(10, slider);
     BindControl(11, knob);
     BindControl(12, plot);

@@ -8,7 +8,7 @@ tonalyx_test(window_test
   SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/window_test.cpp
     ${ui_session}
-  LIBS tonalyx_platform_linux_ui tonalyx_resources tonalyx_test_desktop
+  LIBS tonalyx_platform_linux_ui tonalyx_resources tonalyx_test_desktop tonalyx_test_dialogs
   LABELS display)
 
 # The same program where the screen is another one. What a person has told the toolkit about

@@ -12,14 +12,15 @@
 #include <vector>
 
 #include "platform/dialog.h"
+#include "tests/support/test_dialogs.h"
 #include "tests/support/x11_desktop.h"
 
 namespace platform {
 
 inline constexpr std::uint32_t kTestEnd = message::kUser + 90;
-inline constexpr std::uint16_t kFirstControl = 501;
-inline constexpr std::uint16_t kSecondControl = 502;
-inline constexpr std::uint16_t kButtonControl = 503;
+using support::kButtonControl;
+using support::kFirstControl;
+using support::kSecondControl;
 
 // What happened, in order, as "who: what". Any thread.
 class EventLog {
@@ -94,17 +95,9 @@ class NotingButton : public Button {
   }
 };
 
-inline constexpr auto kTestControls = std::to_array<DialogControl>({
-    {kFirstControl, ControlKind::Custom, u"", 20, 40, 40, 40},
-    {kSecondControl, ControlKind::Custom, u"", 80, 40, 40, 40},
-    {kButtonControl, ControlKind::PushButton, u"Press", 140, 40, 40, 40},
-});
-inline constexpr DialogTemplate kSkinnedTest{1,   DialogFrame::Skinned,    200, 120,
-                                             u"", u"Microsoft Sans Serif", 8,   kTestControls};
-
 class NotingDialog : public Dialog {
  public:
-  explicit NotingDialog(const DialogTemplate& dialogTemplate = kSkinnedTest)
+  explicit NotingDialog(const DialogTemplate& dialogTemplate = support::kSkinnedTemplate)
       : Dialog(dialogTemplate) {
     BindControl(kFirstControl, first);
     BindControl(kSecondControl, second);

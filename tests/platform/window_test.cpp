@@ -245,10 +245,6 @@ TEST_F(Input, EnterEscapeAndCloseEndTheDialog) {
 // What reaches the screen.
 
 TEST(WindowSizes, DialogUnitsFollowTheResolution) {
-  static constexpr auto kControls =
-      std::to_array<DialogControl>({{kFirstControl, ControlKind::Custom, u"", 7, 153, 489, 121}});
-  constexpr DialogTemplate kTemplate{2,   DialogFrame::Skinned,    503, 396,
-                                     u"", u"Microsoft Sans Serif", 8,   kControls};
   struct Sizes {
     Size dialog;
     Rect control;
@@ -262,7 +258,7 @@ TEST(WindowSizes, DialogUnitsFollowTheResolution) {
   const char* expectedDpi = std::getenv("TONALYX_EXPECTED_DPI");
   EXPECT_EQ(std::to_string(dpi.x), expectedDpi != nullptr ? expectedDpi : "96");
   const Sizes& expected = cases.at(dpi.x);
-  NotingDialog dialog(kTemplate);
+  NotingDialog dialog(support::kSizedTemplate);
   dialog.RunWithHands([&](X11Desktop& desktop) {
     const auto shown = desktop.WaitForWindow("Test dialog", seconds(5));
     ASSERT_TRUE(shown);
@@ -282,11 +278,6 @@ TEST(WindowSizes, DialogUnitsFollowTheResolution) {
 class Layered : public testing::Test {
  protected:
   static constexpr std::int32_t kStripe = 20;
-  static constexpr DialogTemplate kTemplate{3,   DialogFrame::Layered, 50, 50,
-                                            u"", u"MS Shell Dlg",      8,  {}};
-  // Larger than the picture, and of one colour.
-  static constexpr DialogTemplate kBackdrop{4,   DialogFrame::Skinned, 200, 120,
-                                            u"", u"MS Shell Dlg",      8,   {}};
 
   // Four stripes of rising alpha.
   void ShowStripes(Argb color) {
@@ -331,8 +322,8 @@ class Layered : public testing::Test {
   }
 
   static constexpr std::array<std::uint32_t, 4> kAlphas{0x00, 0x40, 0xC0, 0xFF};
-  NotingDialog backdrop_{kBackdrop};
-  NotingDialog layered_{kTemplate};
+  NotingDialog backdrop_{support::kBackdropTemplate};
+  NotingDialog layered_{support::kLayeredTemplate};
 };
 
 TEST_F(Layered, AlphaDecidesWhatIsSeenAndWhatIsHit) {

@@ -39,7 +39,7 @@ endif()
 function(tonalyx_wine_window_test name source)
   tonalyx_test_program(${name}
     SOURCES ${source} ${ui_session}
-    LIBS tonalyx_platform_windows_ui tonalyx_backend tonalyx_test_desktop)
+    LIBS tonalyx_platform_windows_ui tonalyx_backend tonalyx_test_desktop tonalyx_test_dialogs)
   tonalyx_wine_display_test(${name} 96 ${TONALYX_NATIVE_TESTS}/desktop_server wine
     $<TARGET_FILE:${name}>)
   set_property(TEST ${name} PROPERTY

@@ -6,7 +6,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "dsp/biquad.h"
 #include "dsp/conversions.h"
@@ -19,6 +18,7 @@
 #include "platform/shell.h"
 #include "platform/startup.h"
 #include "resources/resource_ids.h"
+#include "tools/gallery/gallery_template.h"
 #include "ui/controls/buttons/png_button.h"
 #include "ui/controls/buttons/png_checkbox.h"
 #include "ui/controls/knob/potentiometer.h"
@@ -29,8 +29,6 @@
 
 namespace {
 
-using platform::ControlKind;
-using platform::DialogControl;
 using platform::LParam;
 using platform::LResult;
 using platform::WParam;
@@ -41,14 +39,12 @@ enum class Scale { Linear, Logarithmic };
 enum class Check { Off, On };
 
 struct KnobSample {
-  std::u16string_view caption;
   std::int32_t value;
   Input input = Input::Enabled;
   Accent accent = Accent::Standard;
 };
 
 struct SliderSample {
-  std::u16string_view caption;
   std::u16string_view text;
   std::int32_t minValue;
   std::int32_t maxValue;
@@ -59,7 +55,6 @@ struct SliderSample {
 };
 
 struct CheckboxSample {
-  std::u16string_view caption;
   Check check;
   Accent accent = Accent::Standard;
 };
@@ -70,32 +65,33 @@ struct ButtonSample {
   bool showImage = true;
 };
 
+// In the order of their places.
 constexpr auto kKnobs = std::to_array<KnobSample>({
-    {u"Bass", 0},
-    {u"Treble", 50},
-    {u"Widener", 100},
-    {u"Loudness", 73, Input::Enabled, Accent::Red},
-    {u"Disabled", 50, Input::Disabled},
-    {u"A caption that is too long", 25},
+    {0},
+    {50},
+    {100},
+    {73, Input::Enabled, Accent::Red},
+    {50, Input::Disabled},
+    {25},
 });
 
 constexpr auto kSliders = std::to_array<SliderSample>({
-    {u"Gain", u"-12.0 dB", -120, 120, -120},
-    {u"Gain", u"0.0 dB", -120, 120, 0},
-    {u"Gain", u"+12.0 dB", -120, 120, 120},
-    {u"Gain", u"+6.3 dB", -120, 120, 63, Scale::Linear, Input::Enabled, Accent::Red},
-    {u"Gain", u"-4.5 dB", -120, 120, -45, Scale::Linear, Input::Disabled},
-    {u"Frequency", u"1000 Hz", 20, 20000, 1000, Scale::Logarithmic},
-    {u"Bandwidth", u"20000 Hz", 1, 50, 10},
-    {u"A caption of more words than there is room for", u"100000000 Hz", -120, 120, -60},
+    {u"-12.0 dB", -120, 120, -120},
+    {u"0.0 dB", -120, 120, 0},
+    {u"+12.0 dB", -120, 120, 120},
+    {u"+6.3 dB", -120, 120, 63, Scale::Linear, Input::Enabled, Accent::Red},
+    {u"-4.5 dB", -120, 120, -45, Scale::Linear, Input::Disabled},
+    {u"1000 Hz", 20, 20000, 1000, Scale::Logarithmic},
+    {u"20000 Hz", 1, 50, 10},
+    {u"100000000 Hz", -120, 120, -60},
 });
 
 constexpr auto kCheckboxes = std::to_array<CheckboxSample>({
-    {u"Peaking", Check::Off},
-    {u"High Shelving", Check::On},
-    {u"Low Shelving", Check::On, Accent::Red},
-    {u"High Pass", Check::Off, Accent::Red},
-    {u"A caption too long for it", Check::On},
+    {Check::Off},
+    {Check::On},
+    {Check::On, Accent::Red},
+    {Check::Off, Accent::Red},
+    {Check::On},
 });
 
 constexpr auto kButtons = std::to_array<ButtonSample>({
@@ -108,54 +104,6 @@ constexpr auto kButtons = std::to_array<ButtonSample>({
 });
 
 constexpr std::size_t kPlotCount = 2;  // one for each accent
-
-// The controls' places in dialog units.
-constexpr std::int16_t kMargin = 7;
-constexpr std::int16_t kWidth = 640;
-constexpr std::int16_t kHeight = 512;
-constexpr std::int16_t kSliderTop = 110;
-constexpr std::int16_t kPlotTop = 266;
-
-constexpr std::uint16_t kFirstId = 2000;
-
-struct Place {
-  std::int16_t x;
-  std::int16_t y;
-};
-
-// The cell of a table with `columns` columns.
-Place Cell(std::size_t index, std::size_t columns, Place first, Place step) {
-  return {static_cast<std::int16_t>(first.x + static_cast<int>(index % columns) * step.x),
-          static_cast<std::int16_t>(first.y + static_cast<int>(index / columns) * step.y)};
-}
-
-std::vector<DialogControl> LayOut() {
-  std::vector<DialogControl> controls;
-  const auto add = [&controls](ControlKind kind, std::u16string_view text, Place place,
-                               std::int16_t width, std::int16_t height) {
-    const auto id = static_cast<std::uint16_t>(kFirstId + controls.size());
-    controls.push_back({id, kind, text, place.x, place.y, width, height});
-  };
-  for (std::size_t i = 0; i < kKnobs.size(); ++i) {
-    const Place place = Cell(i, kKnobs.size(), {kMargin, kMargin}, {105, 0});
-    add(ControlKind::Custom, kKnobs[i].caption, place, 85, 95);
-  }
-  for (std::size_t i = 0; i < kSliders.size(); ++i) {
-    const Place place = Cell(i, 2, {kMargin, kSliderTop}, {264, 38});
-    add(ControlKind::Custom, kSliders[i].caption, place, 259, 36);
-  }
-  for (std::size_t i = 0; i < kCheckboxes.size(); ++i) {
-    const Place place = Cell(i, 1, {530, kSliderTop}, {0, 14});
-    add(ControlKind::CheckBox, kCheckboxes[i].caption, place, 107, 12);
-  }
-  for (std::size_t i = 0; i < kButtons.size(); ++i) {
-    add(ControlKind::PushButton, u"", Cell(i, 1, {530, 182}, {0, 23}), 55, 21);
-  }
-  for (std::size_t i = 0; i < kPlotCount; ++i) {
-    add(ControlKind::Custom, u"", Cell(i, 1, {kMargin, kPlotTop}, {0, 123}), 489, 121);
-  }
-  return controls;
-}
 
 std::array<float, dsp::kParameterCount> SampleParameters() {
   std::array<float, dsp::kParameterCount> values = dsp::InitialParameters();
@@ -182,11 +130,10 @@ std::optional<platform::Bitmap> LoadTile() {
 
 class Gallery : public platform::Dialog {
  public:
-  Gallery(const platform::DialogTemplate& layout, std::span<const DialogControl> controls)
-      : Dialog(layout) {
+  Gallery() : Dialog(gallery::kGalleryTemplate) {
     std::size_t next = 0;
     const auto bind = [&](auto& samples) {
-      for (auto& control : samples) BindControl(controls[next++].id, control);
+      for (auto& control : samples) BindControl(gallery::kGalleryControls.at(next++).id, control);
     };
     bind(knobs_);
     bind(sliders_);
@@ -317,9 +264,6 @@ int main() {
   const platform::DrawingSession drawing;
   platform::FakeSingleInstance instance;
   const platform::UserInterfaceSession session(instance);
-  const std::vector<DialogControl> controls = LayOut();
-  const platform::DialogTemplate layout{1,   platform::DialogFrame::Skinned, kWidth, kHeight,
-                                        u"", u"Microsoft Sans Serif",        8,      controls};
-  Gallery(layout, controls).DoModal();
+  Gallery().DoModal();
   return 0;
 }

@@ -294,7 +294,7 @@ void CKelControlDlg::TellExpansion() {
 
 LResult CKelControlDlg::OnMenuButton(WParam /*wParam*/, LParam /*lParam*/) {
   const platform::Rect button = controls_.menuButton.WindowRect();
-  TrackPopupMenu(resources::kAdvancedMenuItems, {button.left, button.top});
+  TrackPopupMenu(resources::kAdvancedPopup, {button.left, button.top});
   return 0;
 }
 

@@ -150,10 +150,10 @@ void Dialog::TrackSystemMenu(Point screen) {
   if (DialogWindow* window = WindowOf(*this)) window->OpenSystemMenu(QPoint(screen.x, screen.y));
 }
 
-void Dialog::TrackPopupMenu(std::span<const MenuItem> items, Point screen) {
+void Dialog::TrackPopupMenu(const PopupMenu& menu, Point screen) {
   DialogWindow* window = WindowOf(*this);
   if (window == nullptr) return;
-  if (const std::uint16_t command = RunPopupMenu(*window, items, QPoint(screen.x, screen.y))) {
+  if (const std::uint16_t command = RunPopupMenu(*window, menu.items, QPoint(screen.x, screen.y))) {
     PostToWindow(Handle(), message::kCommand, MakeWParam(command, kNotifyClicked), 0);
   }
 }

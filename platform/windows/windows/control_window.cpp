@@ -3,7 +3,9 @@
 namespace platform {
 
 ControlWindow::ControlWindow(Window& window, HWND handle, DialogWindow& dialog, ControlKind kind)
-    : NativeWindow(window, handle), dialog_(dialog), kind_(kind) {}
+    : NativeWindow(window, handle), dialog_(dialog), kind_(kind) {
+  if (kind != ControlKind::Custom) SendMessageW(handle, BM_SETSTYLE, BS_OWNERDRAW, FALSE);
+}
 
 // Push buttons draw onto what the dialog shows under them; the others cover their whole area.
 void ControlWindow::DrawBeneath(Graphics& graphics) {

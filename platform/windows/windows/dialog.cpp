@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/windows/wide_text.h"
@@ -9,7 +10,6 @@
 #include "platform/windows/windows/control_window.h"
 #include "platform/windows/windows/layered_window.h"
 #include "platform/windows/windows/skinned_window.h"
-#include "platform/windows/windows/template_memory.h"
 
 namespace platform {
 namespace {
@@ -32,7 +32,7 @@ class OwnerDisabled {
 
 // The controls' objects handle what they draw, so that the classes need hardly anything.
 void RegisterClassOf(const DialogControl& control) {
-  const std::wstring name = CustomClassOf(control);
+  const std::wstring name = ToWide(control.windowClass);
   WNDCLASSEXW known{};
   known.cbSize = sizeof(known);
   const HINSTANCE program = GetModuleHandleW(nullptr);
@@ -57,19 +57,26 @@ HWND OwnerOf(DialogFrame frame, HWND owner) {
   return frame == DialogFrame::Captioned && IsWindowVisible(owner) != FALSE ? owner : nullptr;
 }
 
-HWND MakeWindow(const DialogTemplate& dialogTemplate, const std::map<std::uint16_t, Window*>& bound,
-                HWND owner) {
+// From the resource of that number in the program.
+HWND MakeWindow(const DialogTemplate& dialogTemplate, HWND owner) {
   for (const DialogControl& control : dialogTemplate.controls) {
     if (control.kind == ControlKind::Custom) RegisterClassOf(control);
   }
-  const std::vector<WORD> memory = MakeTemplateMemory(
-      dialogTemplate, [&](const DialogControl& control) { return bound.contains(control.id); });
-  return CreateDialogIndirectParamW(GetModuleHandleW(nullptr),
-                                    reinterpret_cast<const DLGTEMPLATE*>(memory.data()),
-                                    OwnerOf(dialogTemplate.frame, owner), &LeaveAllToTheObject, 0);
+  return CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(dialogTemplate.id),
+                            OwnerOf(dialogTemplate.frame, owner), &LeaveAllToTheObject, 0);
+}
+
+// All of the window is the dialog's to draw, the line around it, too. It keeps the template's size.
+void TakeBorder(HWND window) {
+  RECT client{};
+  GetClientRect(window, &client);
+  SetWindowLongPtrW(window, GWL_STYLE, GetWindowLongPtrW(window, GWL_STYLE) & ~WS_BORDER);
+  SetWindowPos(window, nullptr, 0, 0, client.right, client.bottom,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
 }
 
 std::unique_ptr<DialogWindow> Attach(Dialog& dialog, DialogFrame frame, HWND handle) {
+  if (frame != DialogFrame::Captioned) TakeBorder(handle);
   switch (frame) {
     case DialogFrame::Layered:
       return std::make_unique<LayeredWindow>(dialog, handle);
@@ -98,7 +105,7 @@ Dialog::~Dialog() = default;
 std::int32_t Dialog::DoModal(WindowHandle owner) {
   if (Native().native != nullptr) return kIdCancel;
   result_ = kIdCancel;
-  const HWND handle = MakeWindow(template_, bound_, ToNative(owner));
+  const HWND handle = MakeWindow(template_, ToNative(owner));
   if (handle == nullptr) return kIdCancel;
   std::optional<OwnerDisabled> ownerDisabled(ToNative(owner));
   const std::unique_ptr<DialogWindow> window = Attach(*this, template_.frame, handle);
@@ -158,15 +165,12 @@ void Dialog::TrackSystemMenu(Point screen) {
                PointToLParam(screen));
 }
 
-void Dialog::TrackPopupMenu(std::span<const MenuItem> items, Point screen) {
+void Dialog::TrackPopupMenu(const PopupMenu& menu, Point screen) {
   if (Handle() == 0) return;
-  const HMENU menu = CreatePopupMenu();
-  for (const MenuItem& item : items) {
-    AppendMenuW(menu, item.text.empty() ? MF_SEPARATOR : MF_STRING, item.command,
-                ToWide(item.text).c_str());
-  }
-  ::TrackPopupMenu(menu, TPM_LEFTALIGN, screen.x, screen.y, 0, ToNative(Handle()), nullptr);
-  DestroyMenu(menu);
+  const HMENU bar = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(menu.id));
+  ::TrackPopupMenu(GetSubMenu(bar, 0), TPM_LEFTALIGN | TPM_RIGHTBUTTON, screen.x, screen.y, 0,
+                   ToNative(Handle()), nullptr);
+  DestroyMenu(bar);
 }
 
 void Dialog::BindControl(std::uint16_t id, Window& control) {
