@@ -3,9 +3,15 @@
 #include <utility>
 
 #include "platform/dialog.h"
-#include "platform/window.h"
+#include "platform/window_access.h"
 
 namespace platform {
+
+Window::Window() : impl_(std::make_unique<Impl>()) {}
+
+LResult Window::Send(std::uint32_t message, WParam wParam, LParam lParam) {
+  return impl_->native != nullptr ? WindowProc(message, wParam, lParam) : 0;
+}
 
 AccessibleInfo Window::Accessible(std::int32_t part) const {
   AccessibleInfo info = DescribeAccessible(part);
@@ -31,10 +37,23 @@ LResult Window::WindowProc(std::uint32_t message, WParam, LParam) {
   return message == message::kNonClientHitTest ? static_cast<LResult>(HitTest::Client) : 0;
 }
 
+PaintContext::~PaintContext() = default;
+
+Graphics& PaintContext::Surface() {
+  return *graphics_;
+}
+
 AccessibleInfo Button::DescribeAccessible(std::int32_t part) const {
   AccessibleInfo info = Window::DescribeAccessible(part);
   info.role = AccessibleRole::PushButton;
   return info;
+}
+
+Dialog::Dialog(const DialogTemplate& dialogTemplate) : template_(dialogTemplate) {}
+Dialog::~Dialog() = default;
+
+void Dialog::BindControl(std::uint16_t id, Window& control) {
+  bound_[id] = &control;
 }
 
 LResult Dialog::WindowProc(std::uint32_t message, WParam wParam, LParam lParam) {

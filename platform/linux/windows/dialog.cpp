@@ -88,9 +88,6 @@ void FocusFirstControl(DialogWindow& window) {
 
 }  // namespace
 
-Dialog::Dialog(const DialogTemplate& dialogTemplate) : template_(dialogTemplate) {}
-Dialog::~Dialog() = default;
-
 std::int32_t Dialog::DoModal(WindowHandle owner) {
   if (Native().native != nullptr) return kIdCancel;
   result_ = kIdCancel;
@@ -156,10 +153,6 @@ void Dialog::TrackPopupMenu(const PopupMenu& menu, Point screen) {
   if (const std::uint16_t command = RunPopupMenu(*window, menu.items, QPoint(screen.x, screen.y))) {
     PostToWindow(Handle(), message::kCommand, MakeWParam(command, kNotifyClicked), 0);
   }
-}
-
-void Dialog::BindControl(std::uint16_t id, Window& control) {
-  bound_[id] = &control;
 }
 
 }  // namespace platform

@@ -9,8 +9,6 @@
 
 namespace platform {
 
-Window::Window() : impl_(std::make_unique<Impl>()) {}
-
 Window::~Window() {
   delete impl_->native;
 }
@@ -26,10 +24,6 @@ WindowHandle Window::Parent() const {
 
 std::uint16_t Window::ControlId() const {
   return impl_->native ? impl_->native->Id() : 0;
-}
-
-LResult Window::Send(std::uint32_t message, WParam wParam, LParam lParam) {
-  return impl_->native ? WindowProc(message, wParam, lParam) : 0;
 }
 
 Rect Window::ClientRect() const {
@@ -127,11 +121,6 @@ PaintContext::PaintContext(Window& window) {
   QPaintDevice* surface = native ? native->Surface() : nullptr;
   graphics_ = std::make_unique<Graphics>(surface ? std::make_unique<Graphics::Impl>(surface)
                                                  : std::make_unique<Graphics::Impl>());
-}
-PaintContext::~PaintContext() = default;
-
-Graphics& PaintContext::Surface() {
-  return *graphics_;
 }
 
 void Button::DoDefaultAction(std::int32_t /*part*/) {

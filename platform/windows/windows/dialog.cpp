@@ -99,9 +99,6 @@ void FocusFirstControl(HWND dialog) {
 
 }  // namespace
 
-Dialog::Dialog(const DialogTemplate& dialogTemplate) : template_(dialogTemplate) {}
-Dialog::~Dialog() = default;
-
 std::int32_t Dialog::DoModal(WindowHandle owner) {
   if (Native().native != nullptr) return kIdCancel;
   result_ = kIdCancel;
@@ -171,10 +168,6 @@ void Dialog::TrackPopupMenu(const PopupMenu& menu, Point screen) {
   ::TrackPopupMenu(GetSubMenu(bar, 0), TPM_LEFTALIGN | TPM_RIGHTBUTTON, screen.x, screen.y, 0,
                    ToNative(Handle()), nullptr);
   DestroyMenu(bar);
-}
-
-void Dialog::BindControl(std::uint16_t id, Window& control) {
-  bound_[id] = &control;
 }
 
 }  // namespace platform

@@ -38,7 +38,6 @@ Rect WindowRectOf(WindowHandle window) {
   return ToRect(rect);
 }
 
-Window::Window() : impl_(std::make_unique<Impl>()) {}
 Window::~Window() = default;
 
 WindowHandle Window::Handle() const {
@@ -52,10 +51,6 @@ WindowHandle Window::Parent() const {
 
 std::uint16_t Window::ControlId() const {
   return static_cast<std::uint16_t>(GetDlgCtrlID(HandleOf(*this)));
-}
-
-LResult Window::Send(std::uint32_t message, WParam wParam, LParam lParam) {
-  return impl_->native != nullptr ? WindowProc(message, wParam, lParam) : 0;
 }
 
 Rect Window::ClientRect() const {
@@ -159,11 +154,6 @@ PaintContext::PaintContext(Window& window) {
   Bitmap* surface = native != nullptr ? native->Surface() : nullptr;
   graphics_ = surface != nullptr ? std::make_unique<Graphics>(*surface)
                                  : std::make_unique<Graphics>(std::make_unique<Graphics::Impl>());
-}
-PaintContext::~PaintContext() = default;
-
-Graphics& PaintContext::Surface() {
-  return *graphics_;
 }
 
 void Button::DoDefaultAction(std::int32_t /*part*/) {
