@@ -4,6 +4,8 @@ tonalyx_library(tonalyx_platform_windows_ui
     accessible/accessible_element.cpp
     accessible/accessible_events.cpp
     accessible/accessible_object.cpp
+    accessible/child_windows.cpp
+    accessible/posted_press.cpp
     accessible/window_call.cpp
     windows/browser.cpp
     windows/control_window.cpp

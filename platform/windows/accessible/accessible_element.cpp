@@ -96,6 +96,16 @@ DWORD AccessibleElement::State() const {
   return state;
 }
 
+std::u16string_view AccessibleElement::Action() const {
+  const AccessibleInfo info = Info();
+  if (info.role == AccessibleRole::Link) return u"Jump";
+  if (info.check == AccessibleCheck::Checked && info.role == AccessibleRole::CheckButton) {
+    return u"Uncheck";
+  }
+  if (info.check != AccessibleCheck::None) return u"Check";
+  return CanBePressed(info.role) ? std::u16string_view(u"Press") : std::u16string_view();
+}
+
 bool AccessibleElement::IsHidden() const {
   return !window_.IsVisible() || LiesOutside(Handle()) ||
          Info().visibility == AccessibleVisibility::Hidden;

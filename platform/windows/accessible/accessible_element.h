@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <string_view>
 
 #include "platform/accessible.h"
 
@@ -19,6 +20,8 @@ class AccessibleElement {
   DWORD Role() const;
   // Flags of the system; those of the focus are the caller's to add.
   DWORD State() const;
+  // What a press does, in a word; empty where it does nothing.
+  std::u16string_view Action() const;
   bool IsHidden() const;
   // In screen coordinates.
   Rect Area() const;

@@ -2,11 +2,13 @@
 
 #include <oleacc.h>
 
-#include <atomic>
 #include <cwchar>
 #include <vector>
 
 #include "platform/windows/accessible/accessible_element.h"
+#include "platform/windows/accessible/child_windows.h"
+#include "platform/windows/accessible/plain_accessible.h"
+#include "platform/windows/accessible/posted_press.h"
 #include "platform/windows/accessible/window_call.h"
 #include "platform/windows/com_pointer.h"
 #include "platform/windows/wide_text.h"
@@ -32,74 +34,19 @@ HRESULT GiveNothing(VARIANT* out) {
   return S_FALSE;
 }
 
-std::u16string_view ActionOf(const AccessibleInfo& info) {
-  if (info.role == AccessibleRole::Link) return u"Jump";
-  if (info.check == AccessibleCheck::Checked && info.role == AccessibleRole::CheckButton) {
-    return u"Uncheck";
-  }
-  if (info.check != AccessibleCheck::None) return u"Check";
-  return CanBePressed(info.role) ? std::u16string_view(u"Press") : std::u16string_view();
-}
-
-// Posted to ourselves, wParam the part.
-constexpr UINT kPress = WM_APP + 2;
-
-void Press(HWND window, WPARAM part) {
-  const NativeWindow* native = NativeWindow::Find(window);
-  if (native == nullptr || part > static_cast<WPARAM>(native->Target().AccessiblePartCount()))
-    return;
-  AccessibleElement(native->Target(), static_cast<std::int32_t>(part)).Press();
-}
-
 // Children are the parts, numbered as they are, and after these the windows in the window, which
 // have objects of their own.
-class AccessibleObject : public IAccessible {
+class AccessibleObject final : public PlainAccessible {
  public:
   explicit AccessibleObject(HWND window) : window_(window) {}
-  AccessibleObject(const AccessibleObject&) = delete;
-  AccessibleObject& operator=(const AccessibleObject&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** out) override {
-    if (out == nullptr) return E_POINTER;
-    *out = nullptr;
-    if (wanted != __uuidof(IUnknown) && wanted != __uuidof(IDispatch) &&
-        wanted != __uuidof(IAccessible)) {
-      return E_NOINTERFACE;
-    }
-    *out = static_cast<IAccessible*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-
-  // Scripts have no business here.
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-    *count = 0;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                   UINT*) override {
-    return E_NOTIMPL;
-  }
 
   HRESULT STDMETHODCALLTYPE get_accParent(IDispatch** parent) override {
-    *parent = nullptr;
-    return AccessibleObjectFromWindow(window_, static_cast<DWORD>(OBJID_WINDOW),
-                                      __uuidof(IDispatch), reinterpret_cast<void**>(parent));
+    return GiveObject(parent, window_);
   }
   HRESULT STDMETHODCALLTYPE get_accChildCount(LONG* count) override {
     *count = 0;
     return WithWindow([&](Window& window) {
-      *count = window.AccessiblePartCount() + static_cast<LONG>(ChildWindows().size());
+      *count = window.AccessiblePartCount() + static_cast<LONG>(ChildWindowsOf(window_).size());
       return S_OK;
     });
   }
@@ -108,7 +55,7 @@ class AccessibleObject : public IAccessible {
     if (V_VT(&child) != VT_I4) return E_INVALIDARG;
     HWND found = nullptr;
     const HRESULT result = WithWindow([&](Window& window) {
-      const std::vector<HWND> windows = ChildWindows();
+      const std::vector<HWND> windows = ChildWindowsOf(window_);
       const LONG parts = window.AccessiblePartCount();
       const LONG number = V_I4(&child);
       if (number < 0 || number > parts + static_cast<LONG>(windows.size())) return E_INVALIDARG;
@@ -116,7 +63,7 @@ class AccessibleObject : public IAccessible {
       found = windows[static_cast<std::size_t>(number - parts - 1)];
       return S_OK;
     });
-    return found == nullptr ? result : ObjectOf(found, object);
+    return found == nullptr ? result : GiveObject(object, found);
   }
 
   HRESULT STDMETHODCALLTYPE get_accName(VARIANT child, BSTR* name) override {
@@ -129,18 +76,10 @@ class AccessibleObject : public IAccessible {
     return Tell(child, description, [](const AccessibleInfo& info) { return info.description; });
   }
   HRESULT STDMETHODCALLTYPE get_accDefaultAction(VARIANT child, BSTR* action) override {
-    return Tell(child, action,
-                [](const AccessibleInfo& info) { return std::u16string(ActionOf(info)); });
+    *action = nullptr;
+    return WithElement(
+        child, [&](const AccessibleElement& element) { return Give(action, element.Action()); });
   }
-  HRESULT STDMETHODCALLTYPE get_accHelp(VARIANT, BSTR* help) override { return Give(help, {}); }
-  HRESULT STDMETHODCALLTYPE get_accKeyboardShortcut(VARIANT, BSTR* shortcut) override {
-    return Give(shortcut, {});
-  }
-  HRESULT STDMETHODCALLTYPE get_accHelpTopic(BSTR* file, VARIANT, LONG* topic) override {
-    *topic = 0;
-    return Give(file, {});
-  }
-
   HRESULT STDMETHODCALLTYPE get_accRole(VARIANT child, VARIANT* role) override {
     GiveNothing(role);
     return WithElement(
@@ -179,9 +118,6 @@ class AccessibleObject : public IAccessible {
     });
     return inside == nullptr ? result : GiveObject(focus, inside);
   }
-  HRESULT STDMETHODCALLTYPE get_accSelection(VARIANT* selection) override {
-    return GiveNothing(selection);
-  }
   HRESULT STDMETHODCALLTYPE accSelect(LONG flags, VARIANT child) override {
     if (flags != SELFLAG_TAKEFOCUS || V_I4(&child) != CHILDID_SELF) return DISP_E_MEMBERNOTFOUND;
     return WithElement(child, [&](const AccessibleElement& element) {
@@ -216,7 +152,6 @@ class AccessibleObject : public IAccessible {
     GiveNothing(hit);
     HWND inside = nullptr;
     const HRESULT result = WithWindow([&](Window& window) {
-      const POINT place{x, y};
       const auto contains = [&](const Rect& area) {
         return x >= area.left && x < area.right && y >= area.top && y < area.bottom;
       };
@@ -228,24 +163,19 @@ class AccessibleObject : public IAccessible {
           return GiveNumber(hit, static_cast<DWORD>(part));
         }
       }
-      POINT client = place;
-      ScreenToClient(window_, &client);
-      const HWND child = ChildWindowFromPointEx(window_, client, CWP_SKIPINVISIBLE);
-      if (child != nullptr && child != window_) inside = child;
+      inside = ChildWindowAt(window_, {x, y});
       return GiveNumber(hit, CHILDID_SELF);
     });
     return inside == nullptr ? result : GiveObject(hit, inside);
   }
 
-  // What a press does may take its time, so it comes when the call has returned, as a click does.
   HRESULT STDMETHODCALLTYPE accDoDefaultAction(VARIANT child) override {
     return WithElement(child, [&](const AccessibleElement& element) {
-      if (ActionOf(element.Info()).empty()) return DISP_E_MEMBERNOTFOUND;
-      PostMessageW(window_, kPress, static_cast<WPARAM>(V_I4(&child)), 0);
+      if (element.Action().empty()) return DISP_E_MEMBERNOTFOUND;
+      PostPress(window_, V_I4(&child));
       return S_OK;
     });
   }
-  HRESULT STDMETHODCALLTYPE put_accName(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
   HRESULT STDMETHODCALLTYPE put_accValue(VARIANT child, BSTR value) override {
     return WithElement(child, [&](const AccessibleElement& element) {
       if (!element.Info().range) return DISP_E_MEMBERNOTFOUND;
@@ -257,10 +187,9 @@ class AccessibleObject : public IAccessible {
     });
   }
 
- protected:
-  virtual ~AccessibleObject() = default;
-
  private:
+  ~AccessibleObject() override = default;
+
   // Runs `use` with the window's object on the window's thread.
   template <class Use>
   HRESULT WithWindow(Use use) const {
@@ -286,26 +215,6 @@ class AccessibleObject : public IAccessible {
         child, [&](const AccessibleElement& element) { return Give(out, field(element.Info())); });
   }
 
-  std::vector<HWND> ChildWindows() const {
-    std::vector<HWND> windows;
-    for (HWND child = GetWindow(window_, GW_CHILD); child != nullptr;
-         child = GetWindow(child, GW_HWNDNEXT)) {
-      windows.push_back(child);
-    }
-    return windows;
-  }
-  static HRESULT ObjectOf(HWND window, IDispatch** object) {
-    return AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_WINDOW), __uuidof(IDispatch),
-                                      reinterpret_cast<void**>(object));
-  }
-  static HRESULT GiveObject(VARIANT* out, HWND window) {
-    IDispatch* object = nullptr;
-    const HRESULT result = ObjectOf(window, &object);
-    if (result != S_OK) return result;
-    V_VT(out) = VT_DISPATCH;
-    V_DISPATCH(out) = object;
-    return S_OK;
-  }
   // A part by its number, a window by its object.
   HRESULT GiveChild(VARIANT* out, LONG number, LONG count) {
     if (number < 1 || number > count) return S_FALSE;
@@ -321,18 +230,13 @@ class AccessibleObject : public IAccessible {
   }
 
   const HWND window_;
-  std::atomic<ULONG> references_{1};
 };
 
 }  // namespace
 
 std::optional<LRESULT> AnswerAssistiveTechnology(HWND window, UINT message, WPARAM wParam,
                                                  LPARAM lParam) {
-  if (TookCall(message, wParam)) return 1;
-  if (message == kPress) {
-    Press(window, wParam);
-    return 0;
-  }
+  if (TookCall(message, wParam) || TookPress(window, message, wParam)) return 1;
   // The upper half of the number may or may not be extended by the sign.
   if (message != WM_GETOBJECT || static_cast<LONG>(lParam) != OBJID_CLIENT) return std::nullopt;
   const ComPointer<AccessibleObject> object(new AccessibleObject(window));
