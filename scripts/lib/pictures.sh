@@ -251,10 +251,8 @@ END
   tool vtdmake "$work/steep.json" "$work/steep.vtd"
 }
 
-# Wine has no such fonts as these measures are of at that resolution.
-case $dpi$end in
-  144.exe) base_x=9 base_y=19 ;;
-  96*) base_x=6 base_y=13 ;;
+case $dpi in
+  96) base_x=6 base_y=13 ;;
   120) base_x=8 base_y=16 ;;
   144) base_x=9 base_y=20 ;;
   192) base_x=12 base_y=25 ;;

@@ -24,7 +24,15 @@ mkdir "$work/prefix"
 cp -al "$WINEPREFIX"/{.update-timestamp,dosdevices,drive_c} "$work/prefix"
 cp "$WINEPREFIX"/*.reg "$work/prefix"
 export WINEPREFIX=$work/prefix
-printf '\n[Control Panel\\\\Desktop]\n"LogPixels"=dword:%08x\n' "$dpi" >>"$WINEPREFIX/user.reg"
+{
+  printf '\n[Control Panel\\\\Desktop]\n"LogPixels"=dword:%08x\n' "$dpi"
+  case $dpi in
+    120 | 144)
+      # Here another font than the usual stand-in has the widths and heights of the dialogs' own.
+      printf '\n[Software\\\\Wine\\\\Fonts\\\\Replacements]\n"Microsoft Sans Serif"="URW Gothic"\n'
+      ;;
+  esac
+} >>"$WINEPREFIX/user.reg"
 wake_server -p
 
 "$@"

@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "dsp/plot_mapping.h"
+#include "platform/dialog_units.h"
 #include "resources/templates.h"
 #include "tests/e2e/tested_home.h"
 #include "tests/support/child_process.h"
@@ -254,15 +255,6 @@ class PanelTest : public testing::Test {
   ScreenRect window_;
 };
 
-// Pixels of four horizontal and eight vertical dialog units. Wine has fonts for one resolution that
-// make them what they are on Windows.
-inline support::ScreenPoint BaseUnits(double dpi, const TestedHome& home) {
-  if (dpi < 108) return {6, 13};
-  if (dpi < 132) return {8, 16};
-  if (dpi < 168) return {9, home.IsWindows() ? 19 : 20};
-  return {12, 25};
-}
-
 // The advanced dialog on the screen, with its controls found by their places.
 class AdvancedDialogTest : public PanelTest {
  protected:
@@ -301,15 +293,9 @@ class AdvancedDialogTest : public PanelTest {
     const auto& controls = resources::kAdvancedControls;
     const auto control = std::find_if(controls.begin(), controls.end(),
                                       [id](const auto& row) { return row.id == id; });
-    const ScreenPoint base = BaseUnits(desktop_.Dpi(), home_);
-    const auto horizontal = [&](int units) {
-      return static_cast<int>(std::lround(units * base.x / 4.0));
-    };
-    const auto vertical = [&](int units) {
-      return static_cast<int>(std::lround(units * base.y / 8.0));
-    };
-    return {window_.x + horizontal(control->x), window_.y + vertical(control->y),
-            horizontal(control->width), vertical(control->height)};
+    const platform::Rect place = platform::FromDialogUnits(
+        *control, platform::BaseUnitsAt(static_cast<std::uint32_t>(desktop_.Dpi())));
+    return {window_.x + place.left, window_.y + place.top, place.Width(), place.Height()};
   }
   void ClickControl(std::uint16_t id) {
     const ScreenRect rect = Control(id);

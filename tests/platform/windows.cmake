@@ -46,4 +46,10 @@ function(tonalyx_wine_window_test name source)
     ENVIRONMENT GTEST_OUTPUT=xml:Z:${CMAKE_BINARY_DIR}/test-results/${name}.xml)
 endfunction()
 tonalyx_wine_window_test(window_test ${CMAKE_CURRENT_LIST_DIR}/window_test.cpp)
+foreach(dpi IN ITEMS 120 144 192)
+  tonalyx_wine_display_test(window_test_${dpi}dpi ${dpi} ${TONALYX_NATIVE_TESTS}/desktop_server wine
+    $<TARGET_FILE:window_test> --gtest_filter=WindowSizes.*)
+  set_property(TEST window_test_${dpi}dpi PROPERTY ENVIRONMENT TONALYX_EXPECTED_DPI=${dpi}
+    GTEST_OUTPUT=xml:Z:${CMAKE_BINARY_DIR}/test-results/window_test_${dpi}dpi.xml)
+endforeach()
 tonalyx_wine_window_test(shell_test ${CMAKE_CURRENT_LIST_DIR}/shell_test.cpp)
