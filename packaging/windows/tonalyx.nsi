@@ -1,12 +1,14 @@
 ; The installer: puts the program and its tools in place, has the program set up its store and takes
 ; everything back where that says that the computer is not supported.
-;   makensis -DVERSION=1.2.3 -DPROGRAMS=FOLDER -DOUTPUT=FILE tonalyx.nsi
+;   makensis -DVERSION=1.2.3 -DPROGRAMS=FOLDER -DPICTURES=FOLDER -DOUTPUT=FILE tonalyx.nsi
+; PICTURES holds tonalyx.ico, side.bmp (164x314) and header.bmp (150x57).
 ; Tuning files that lie beside the installer are installed with the program, which imports them.
 ; Exit status: 0 done, 1603 not supported, 1618 the panel is running, 2 not installed.
 Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel admin
+ManifestDPIAware true
 
 !include LogicLib.nsh
 !include MUI2.nsh
@@ -25,6 +27,7 @@ Var isUpdate
 
 Name "${NAME}"
 OutFile "${OUTPUT}"
+BrandingText "${MAKER} ${NAME} ${VERSION}"
 ShowInstDetails nevershow
 ShowUninstDetails nevershow
 
@@ -36,12 +39,31 @@ VIAddVersionKey "FileDescription" "${NAME} Setup"
 VIAddVersionKey "FileVersion" "${VERSION}"
 VIAddVersionKey "LegalCopyright" "Copyright 2026 ${MAKER}"
 
+!define MUI_ICON "${PICTURES}\tonalyx.ico"
+!define MUI_UNICON "${PICTURES}\tonalyx.ico"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${PICTURES}\side.bmp"
+!define MUI_HEADERIMAGE
+!define MUI_HEADERIMAGE_RIGHT
+!define MUI_HEADERIMAGE_BITMAP "${PICTURES}\header.bmp"
+!define MUI_WELCOMEPAGE_TEXT "Setup puts ${NAME} on this computer and imports the tuning of its \
+  sound.$\r$\n$\r$\nClick Install to start."
+!define MUI_UNCONFIRMPAGE_TEXT_TOP "${NAME} will be removed from this folder. What has been set with \
+  it stays for the next installation."
+!define MUI_FINISHPAGE_RUN
+!define MUI_FINISHPAGE_RUN_TEXT "Run ${NAME}"
+!define MUI_FINISHPAGE_RUN_FUNCTION RunForThePerson
+
 !insertmacro MUI_PAGE_WELCOME
 !insertmacro MUI_PAGE_INSTFILES
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
+
+; The shell starts it with the person's own rights, not with those of the installer.
+Function RunForThePerson
+  Exec '"$WINDIR\explorer.exe" "$INSTDIR\tonalyx.exe"'
+FunctionEnd
 
 ; A running panel would keep its file, and the program would leave its work to it.
 !macro START

@@ -52,10 +52,19 @@ unsupported_leaves_nothing() {
   has_no "$sets"
 }
 
+# Through the pages, of which the last starts the panel.
 supported_is_set_up() {
   laptop layers
   add_tuning
-  set_up
+  # The panel will outlive it, and must not keep what reads our output waiting.
+  wine "$work/setup.exe" >/dev/null 2>&1 &
+  local pages=$! _
+  for _ in {1..60}; do
+    sleep 1
+    kill -0 $pages 2>/dev/null || break
+    xdotool key Return
+  done
+  wait $pages
   is "enginemon.exe laptopctl.exe regtool.exe tonalyx.exe uninstall.exe Velsona.txt vtdmake.exe" \
     "$(find "$program" -type f -printf '%f\n' | sort -f | xargs)"
   [ -f "$shortcut" ]
@@ -63,15 +72,11 @@ supported_is_set_up() {
   query "$sets" /s | grep -F "    Param117    "
 }
 
-# Starts what the shortcut names, and waits until it owns the lock.
 running_panel_stops_it() {
-  local status=0 panel
-  wine "$program/tonalyx.exe" &
-  panel=$!
-  sleep 2
+  local status=0
+  timeout 30 xdotool search --sync --onlyvisible --name '^Tonalyx$'
   set_up || status=$?
-  kill "$panel"
-  wait "$panel" || true
+  wine taskkill /f /im tonalyx.exe
   is $((1618 & 255)) "$status"
 }
 
