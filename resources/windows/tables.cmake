@@ -62,7 +62,7 @@ endfunction()
 # tonalyx_dialog_script(out): all templates of the tables.
 function(tonalyx_dialog_script out)
   set(script "")
-  set(dialog_form "Template{ ?(k[A-Za-z]+), DialogFrame::([A-Za-z]+), ([0-9]+, [0-9]+), u(\"[^\"]*\"), u(\"[^\"]*\"), ([0-9]+), ([A-Za-z{]+)")
+  set(dialog_form "Template{ ?([A-Za-z0-9]+), DialogFrame::([A-Za-z]+), ([0-9]+, [0-9]+), u(\"[^\"]*\"), u(\"[^\"]*\"), ([0-9]+), ([A-Za-z{]+)")
   string(REGEX MATCHALL "${dialog_form}" dialogs "${tables}")
   foreach(dialog IN LISTS dialogs)
     string(REGEX MATCH "${dialog_form}" dialog "${dialog}")

@@ -224,18 +224,18 @@ TEST_F(ScaledPlotTest, TheCurveGoesThroughTheBandsGains) {
 // Control points are chosen so that the curve has to swing: it runs level, then up to the right.
 TEST_F(PlotTest, TheCurveIsACardinalSpline) {
   dsp::ResponsePlotData data;
-  data.curvePoints.fill({400.0F, 50.0F});
-  data.curvePoints[0] = {100.0F, 100.0F};
-  data.curvePoints[1] = {200.0F, 100.0F};
-  data.curvePoints[2] = {300.0F, 50.0F};
+  data.curvePoints.fill({400.0F, 20.0F});
+  data.curvePoints[0] = {100.0F, 150.0F};
+  data.curvePoints[1] = {200.0F, 150.0F};
+  data.curvePoints[2] = {300.0F, 20.0F};
   const std::optional<Bitmap> none;
   Bitmap picture = Solid({734, 197}, 0);
   PaintPlot(picture, Solid({734, 197}, 0xFF000000), MakePlotMapping({734, 197}, 1.0F),
             {none, none, none}, {data, 0, false});
-  const Rect stroke = support::BoxOf({163, 0, 164, 197}, [&](std::int32_t x, std::int32_t y) {
+  const Rect stroke = support::BoxOf({134, 0, 135, 197}, [&](std::int32_t x, std::int32_t y) {
     return Channel(picture.GetPixel(x, y), 0) > 0x40;
   });
-  EXPECT_EQ(stroke, (Rect{163, 103, 164, 105})) << "3.7 pixels below the straight line";
+  EXPECT_EQ(stroke, (Rect{134, 156, 135, 158})) << "6.5 pixels below the straight line";
 }
 
 TEST_F(PlotTest, APressOnAnotherBandsMarkerSelectsIt) {

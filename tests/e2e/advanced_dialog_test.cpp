@@ -56,12 +56,12 @@ TEST_F(AdvancedDialogTest, EditsReachStoreMirrorAndEngineOncePerNotification) {
   EXPECT_LE(edits, 10) << "at most one for each move of the pointer";
 
   UsePeakingBand();
-  const ScreenRect slider = Control(resources::kGainSlider);
-  const int row = slider.height * 3 / 4;
-  desktop_.Click(slider.x + slider.width - 2, slider.y + row);
+  ClickSlider(resources::kGainSlider, SliderEnd::Last);
   EXPECT_TRUE(BecomesStored(kGain, 3.98107195F));
   EXPECT_EQ(Stored(kGain + 50), 3.98107195F);
   EXPECT_EQ(ReceivedEdits(), 1);
+  const ScreenRect slider = Control(resources::kGainSlider);
+  const int row = slider.height * 3 / 4;
   Drag(resources::kGainSlider, {slider.width * 3 / 4, row}, {1, row});
   EXPECT_TRUE(BecomesStored(kGain, 0.251188636F));
   ReceivedEvents();
@@ -86,8 +86,7 @@ TEST_F(AdvancedDialogTest, FollowsHeadphonesAndSettingsFromOutside) {
   Laptop({"plug", "headphones"});
   std::this_thread::sleep_for(milliseconds(400));
   EXPECT_EQ(ReceivedEdits(), 0) << "following writes nothing";
-  const ScreenRect slider = Control(resources::kFrequencySlider);
-  desktop_.Click(slider.x + slider.width - 2, slider.y + slider.height * 3 / 4);
+  ClickSlider(resources::kFrequencySlider, SliderEnd::Last);
   EXPECT_TRUE(BecomesStored(kFrequency, 20000.0F, kHeadphoneKey))
       << "band 1 of the headphone route is shown and edited";
   EXPECT_NE(Stored(kFrequency + 20), 20000.0F);
@@ -95,7 +94,7 @@ TEST_F(AdvancedDialogTest, FollowsHeadphonesAndSettingsFromOutside) {
 
   SetActiveSetting(kHeadphoneKey, "3");
   std::this_thread::sleep_for(milliseconds(400));
-  desktop_.Click(slider.x + slider.width - 2, slider.y + slider.height * 3 / 4);
+  ClickSlider(resources::kFrequencySlider, SliderEnd::Last);
   EXPECT_TRUE(BecomesStored(kFrequency, 20000.0F, kHeadphoneKey)) << "setting 3 is edited now";
 }
 
@@ -137,8 +136,7 @@ TEST_F(AdvancedDialogTest, WhatTheHandDidMeanwhileIsHandledInItsOrder) {
   // Press and move arrive together; the press selects band 5 first.
   Drag(resources::kPlot, MarkerOf(5), target);
   // The type edit shows the band anew, after the slider's edit.
-  const ScreenRect slider = Control(resources::kBandwidthSlider);
-  desktop_.Click(slider.x + slider.width - 2, slider.y + slider.height * 3 / 4);
+  ClickSlider(resources::kBandwidthSlider, SliderEnd::Last);
   ClickControl(resources::kTypeLowShelving);
   panel_->Kill(SIGCONT);
   EXPECT_TRUE(BecomesStored(139, 4.0F));

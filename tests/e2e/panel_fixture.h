@@ -20,13 +20,13 @@
 #include <thread>
 #include <vector>
 
-#include "dsp/plot_mapping.h"
 #include "platform/dialog_units.h"
 #include "resources/templates.h"
 #include "tests/e2e/tested_home.h"
 #include "tests/support/child_process.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/x11_desktop.h"
+#include "ui/controls/plot/plot_geometry.h"
 
 namespace e2e {
 
@@ -329,14 +329,8 @@ class AdvancedDialogTest : public PanelTest {
   // The mapping of the plot as it stands in the window.
   dsp::PlotMapping Plot() {
     const ScreenRect rect = Control(resources::kPlot);
-    const auto scale = static_cast<float>(desktop_.Dpi() / 96.0);
-    return {rect.width,
-            rect.height,
-            scale,
-            static_cast<int>(30 * scale),
-            static_cast<int>(15 * scale),
-            std::log10(20.0),
-            std::log10(20000.0)};
+    return ui::MakePlotMapping({rect.width, rect.height},
+                               static_cast<float>(desktop_.Dpi() / 96.0));
   }
   ScreenPoint MarkerOf(int band) {
     const dsp::PlotMapping plot = Plot();

@@ -124,22 +124,6 @@ TEST_F(Drawing, GradientRepeatsOutsideItsPoints) {
   EXPECT_EQ(Bounds(), (Rect{0, 0, 60, 60}));
 }
 
-TEST_F(Drawing, CurvePassesThroughItsPointsWithGivenTension) {
-  const auto points = std::to_array<PointF>({{10, 50}, {40, 20}, {60, 80}, {90, 50}});
-  graphics_.DrawCurve({kRed, 2}, points, 0.5F);
-  for (const PointF& point : points) {
-    EXPECT_GT(Alpha(static_cast<std::int32_t>(point.x), static_cast<std::int32_t>(point.y)), 80U);
-  }
-  // The middle of the first piece by the cubic's own formula: the missing neighbour is the end.
-  const auto middle = [](double start, double end, double after) {
-    const double first = start + 0.5 / 3 * (end - start);
-    const double second = end - 0.5 / 3 * (after - start);
-    return static_cast<std::int32_t>(std::lround((start + 3 * first + 3 * second + end) / 8));
-  };
-  EXPECT_GT(Alpha(middle(10, 40, 60), middle(50, 20, 80)), 200U);
-  EXPECT_EQ(Alpha(middle(10, 40, 60), middle(50, 20, 80) + 4), 0U);
-}
-
 TEST_F(Drawing, ImpossibleCoordinatesAreLeftOut) {
   const float nan = std::numeric_limits<float>::quiet_NaN();
   graphics_.DrawLine({kRed, 1}, {nan, 1}, {5, 5});

@@ -70,17 +70,6 @@ TEST(CompiledResources, VersionAndManifestAreTheProducts) {
   ASSERT_TRUE(VerQueryValueW(data.data(), L"\\StringFileInfo\\040904B0\\ProductVersion",
                              reinterpret_cast<void**>(&text), &length));
   EXPECT_EQ(std::wstring(text), TONALYX_VERSION);
-  VS_FIXEDFILEINFO* fixed = nullptr;
-  ASSERT_TRUE(VerQueryValueW(data.data(), L"\\", reinterpret_cast<void**>(&fixed), &length));
-  EXPECT_EQ(std::to_wstring(HIWORD(fixed->dwFileVersionMS)) + L"." +
-                std::to_wstring(LOWORD(fixed->dwFileVersionMS)) + L"." +
-                std::to_wstring(HIWORD(fixed->dwFileVersionLS)),
-            TONALYX_VERSION);
-
-  wchar_t setting[16] = {};
-  QueryActCtxSettingsW(0, nullptr, L"http://schemas.microsoft.com/SMI/2005/WindowsSettings",
-                       L"dpiAware", setting, std::size(setting), nullptr);
-  EXPECT_EQ(std::wstring(setting), L"true");
   ACTCTX_SECTION_KEYED_DATA controls{};
   controls.cbSize = sizeof(controls);
   EXPECT_TRUE(FindActCtxSectionStringW(0, nullptr, ACTIVATION_CONTEXT_SECTION_DLL_REDIRECTION,

@@ -13,12 +13,6 @@ using platform::DialogControl;
 using platform::DialogFrame;
 using platform::DialogTemplate;
 
-inline constexpr std::uint16_t kSkinnedTestDialog = 1;
-inline constexpr std::uint16_t kSizedTestDialog = 2;
-inline constexpr std::uint16_t kLayeredTestDialog = 3;
-inline constexpr std::uint16_t kBackdropDialog = 4;
-inline constexpr std::uint16_t kControlsTestDialog = 5;
-
 inline constexpr std::uint16_t kFirstControl = 501;
 inline constexpr std::uint16_t kSecondControl = 502;
 inline constexpr std::uint16_t kButtonControl = 503;
@@ -29,20 +23,18 @@ inline constexpr auto kSkinnedControls = std::to_array<DialogControl>({
     {kButtonControl, ControlKind::PushButton, u"Press", 140, 40, 40, 40},
 });
 inline constexpr DialogTemplate kSkinnedTemplate{
-    kSkinnedTestDialog, DialogFrame::Skinned, 200, 120, u"", u"Microsoft Sans Serif", 8,
-    kSkinnedControls};
+    1, DialogFrame::Skinned, 200, 120, u"", u"Microsoft Sans Serif", 8, kSkinnedControls};
 
 inline constexpr auto kSizedControls = std::to_array<DialogControl>({
     {kFirstControl, ControlKind::Custom, u"", 7, 153, 489, 121, u"FREQPLOT"},
 });
-inline constexpr DialogTemplate kSizedTemplate{
-    kSizedTestDialog, DialogFrame::Skinned, 503, 396, u"", u"Microsoft Sans Serif", 8,
-    kSizedControls};
+inline constexpr DialogTemplate kSizedTemplate{2,   DialogFrame::Skinned,    503, 396,
+                                               u"", u"Microsoft Sans Serif", 8,   kSizedControls};
 
-inline constexpr DialogTemplate kLayeredTemplate{
-    kLayeredTestDialog, DialogFrame::Layered, 50, 50, u"", u"MS Shell Dlg", 8, {}};
-inline constexpr DialogTemplate kBackdropTemplate{
-    kBackdropDialog, DialogFrame::Skinned, 200, 120, u"", u"MS Shell Dlg", 8, {}};
+inline constexpr DialogTemplate kLayeredTemplate{3,   DialogFrame::Layered, 50, 50,
+                                                 u"", u"MS Shell Dlg",      8,  {}};
+inline constexpr DialogTemplate kBackdropTemplate{4,   DialogFrame::Skinned, 200, 120,
+                                                  u"", u"MS Shell Dlg",      8,   {}};
 
 // One of each kind, in the sizes that the advanced dialog gives them, but for a taller check box.
 inline constexpr auto kEachControl = std::to_array<DialogControl>({
@@ -52,8 +44,7 @@ inline constexpr auto kEachControl = std::to_array<DialogControl>({
     {13, ControlKind::CheckBox, u"Peaking", 380, 10, 107, 24},
     {14, ControlKind::PushButton, u"V", 380, 40, 55, 21},
 });
-inline constexpr DialogTemplate kControlsTemplate{
-    kControlsTestDialog, DialogFrame::Skinned, 503, 250, u"", u"Microsoft Sans Serif", 8,
-    kEachControl};
+inline constexpr DialogTemplate kControlsTemplate{5,   DialogFrame::Skinned,    503, 250,
+                                                  u"", u"Microsoft Sans Serif", 8,   kEachControl};
 
 }  // namespace support

@@ -23,7 +23,6 @@ class WineLacks : public testing::Environment {
         {"TheAdvancedEntryIsAsWideAsWhatItShows", "widths are those of hinted glyphs"},
         {"PixelOffsetHalfMovesPixelCentres", "shapes are not anti-aliased"},
         {"GradientRepeatsOutsideItsPoints", "an ellipse is a pixel too small"},
-        {"CurvePassesThroughItsPointsWithGivenTension", "lines end a pixel too early"},
         {"ScaledImagesFilterFirstStayInPlaceAndTakeNoColourFromTransparency",
          "bicubic scaling does not filter first"},
         {"LineHeightsAreThoseOfTheOriginalFonts", "stand-ins of fonts have their own"},

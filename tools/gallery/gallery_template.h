@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 
 #include "platform/dialog_template.h"
 
@@ -12,8 +11,6 @@ using platform::ControlKind;
 using platform::DialogControl;
 using platform::DialogFrame;
 using platform::DialogTemplate;
-
-inline constexpr std::uint16_t kGalleryDialog = 1;
 
 inline constexpr auto kGalleryControls = std::to_array<DialogControl>({
     {2000, ControlKind::Custom, u"Bass", 7, 7, 85, 95, u"POTENTIOMETER"},
@@ -47,7 +44,6 @@ inline constexpr auto kGalleryControls = std::to_array<DialogControl>({
 });
 
 inline constexpr DialogTemplate kGalleryTemplate{
-    kGalleryDialog,  DialogFrame::Skinned, 640, 512, u"", u"Microsoft Sans Serif", 8,
-    kGalleryControls};
+    1, DialogFrame::Skinned, 640, 512, u"", u"Microsoft Sans Serif", 8, kGalleryControls};
 
 }  // namespace gallery
