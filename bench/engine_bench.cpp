@@ -69,8 +69,8 @@ void BM_TenBandsScalar(benchmark::State& state) {
 }
 BENCHMARK(BM_TenBandsScalar)->ArgName("rate")->Arg(48000);
 
-void BM_TenBands(benchmark::State& state) {
-  FilterCascade cascade;
+void FilterTenBands(benchmark::State& state, PairRunner runPairs) {
+  FilterCascade cascade(runPairs);
   cascade.Start(DesignSound(TenBands(), static_cast<double>(state.range(0))));
   const std::vector<float> left = Noise(0.1F, 1);
   const std::vector<float> right = Noise(0.1F, 2);
@@ -87,7 +87,16 @@ void BM_TenBands(benchmark::State& state) {
   }
   CountFrames(state);
 }
+
+void BM_TenBands(benchmark::State& state) {
+  FilterTenBands(state, BestPairRunner());
+}
 BENCHMARK(BM_TenBands)->ArgName("rate")->Arg(44100)->Arg(48000)->Arg(96000);
+
+void BM_TenBandsPlainly(benchmark::State& state) {
+  FilterTenBands(state, RunPairsPlainly);
+}
+BENCHMARK(BM_TenBandsPlainly)->ArgName("rate")->Arg(44100)->Arg(48000)->Arg(96000);
 
 void Play(benchmark::State& state, const SoundSettings& settings, float height) {
   DesignExchange exchange;

@@ -38,8 +38,6 @@ void FilterCascade::Change(const SoundDesign& design) noexcept {
   }
 }
 
-// Sample after sample through a few sections: short enough for the processor to have several
-// samples on the way at once, few enough states for its registers.
 void FilterCascade::Process(Frame* frames, std::size_t count) noexcept {
   constexpr std::size_t kGroup = 2 * kMaxPairs;
   for (std::size_t first = 0; first < sectionCount_; first += kGroup) {

@@ -25,7 +25,7 @@ struct SpacedFrames {
 
 inline constexpr std::size_t kMaxPairs = 6;
 
-// Runs so many pairs of sections, 1 to kMaxPairs, one section after the other.
+// Runs so many pairs of sections, 1 to kMaxPairs, one section after the other. Audio thread.
 using PairRunner = void (*)(std::size_t pairs, const SectionCoefficients* coefficients,
                             SectionState* states, const SpacedFrames& frames);
 
