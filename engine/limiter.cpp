@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <span>
+#include <utility>
 
 #include "engine/sound_design.h"
 
@@ -25,23 +26,12 @@ std::size_t HalfAttack(double sampleRate) {
 
 void Limiter::MovingSum::Start(std::size_t size, std::int64_t value) noexcept {
   size_ = size;
-  at_ = 0;
   sum_ = static_cast<std::int64_t>(size) * value;
-  latest_.fill(value);
+  values_.fill(value);
 }
 
-void Limiter::MovingSum::Sum(std::int64_t* values, std::size_t count) noexcept {
-  std::int64_t sum = sum_;
-  std::size_t at = at_;
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::int64_t value = values[i];
-    sum += value - latest_[at];
-    latest_[at] = value;
-    at = at + 1 == size_ ? 0 : at + 1;
-    values[i] = sum;
-  }
-  sum_ = sum;
-  at_ = at;
+void Limiter::MovingSum::EndBlock(std::size_t count) noexcept {
+  std::copy_n(values_.begin() + static_cast<std::ptrdiff_t>(count), size_, values_.begin());
 }
 
 void Limiter::MovingMinimum::Start(std::size_t size) noexcept {
@@ -67,10 +57,13 @@ void Limiter::MovingMinimum::Minimize(float* gains, std::size_t count) noexcept 
 }
 
 void Limiter::MovingMinimum::EndGathering() noexcept {
-  latest_[at_] = gathering_;
+  const float leaving = std::exchange(latest_[at_], gathering_);
   at_ = at_ + 1 == size_ ? 0 : at_ + 1;
-  earlier_ =
-      *std::min_element(latest_.begin(), latest_.begin() + static_cast<std::ptrdiff_t>(size_));
+  // Seldom does the least of all leave for a greater one.
+  earlier_ = leaving > earlier_ || gathering_ <= earlier_
+                 ? std::min(earlier_, gathering_)
+                 : *std::min_element(latest_.begin(),
+                                     latest_.begin() + static_cast<std::ptrdiff_t>(size_));
   inGathering_ = 0;
   gathering_ = 1.0F;
 }
@@ -87,7 +80,7 @@ void Limiter::Start(double sampleRate) noexcept {
   release_ =
       std::llround(std::exp2(kReleaseBits) * (1.0 - std::exp(-1.0 / (kReleaseTime * sampleRate))));
   scale_ = 1.0 / (static_cast<double>(half * half) * static_cast<double>(kUnity));
-  held_ = kUnity;
+  lack_ = 0;
   atUnity_ = latency_;
   minimum_.Start(latency_ + 1);
   smooth_.Start(half, kUnity);
@@ -102,25 +95,20 @@ bool Limiter::MayExceed(std::size_t count) const noexcept {
 }
 
 void Limiter::Smooth(float* gains, std::size_t count) noexcept {
-  std::array<std::int64_t, kBlockFrames> held;
   minimum_.Minimize(gains, count);
-  std::int64_t last = held_;
+  std::int64_t lack = lack_;
   std::size_t atUnity = atUnity_;
   for (std::size_t f = 0; f < count; ++f) {
     const auto least = static_cast<std::int64_t>(static_cast<float>(kUnity) * gains[f]);
-    // What a gain lacks is never less than nothing.
-    const std::int64_t released = last + ((kUnity - last) * release_ >> kReleaseBits) + 1;
-    last = std::min(released, least);
-    atUnity = last == kUnity ? atUnity + 1 : 0;
-    held[f] = last;
+    lack = std::max(lack - 1 - (lack * release_ >> kReleaseBits), kUnity - least);
+    atUnity = lack == 0 ? atUnity + 1 : 0;
+    const std::int64_t sum = smoother_.Take(f, smooth_.Take(f, kUnity - lack));
+    gains[f] = static_cast<float>(static_cast<double>(sum) * scale_);
   }
-  held_ = last;
+  lack_ = lack;
   atUnity_ = atUnity;
-  smooth_.Sum(held.data(), count);
-  smoother_.Sum(held.data(), count);
-  for (std::size_t f = 0; f < count; ++f) {
-    gains[f] = static_cast<float>(static_cast<double>(held[f]) * scale_);
-  }
+  smooth_.EndBlock(count);
+  smoother_.EndBlock(count);
 }
 
 void Limiter::Process(const Frame* frames, std::size_t count, float* left, float* right) noexcept {

@@ -27,18 +27,23 @@ class Limiter {
   static constexpr std::size_t kMaxHalf = 512;
   static constexpr std::size_t kMaxLatency = 1024;
 
-  // The sum of the latest `size` gains.
+  // The sum of the latest `size` values.
   class MovingSum {
    public:
     void Start(std::size_t size, std::int64_t value) noexcept;
-    // Takes so many gains and puts the sums in their place.
-    void Sum(std::int64_t* values, std::size_t count) noexcept;
+    // Takes the block's value number `f` and gives the sum.
+    std::int64_t Take(std::size_t f, std::int64_t value) noexcept {
+      values_[size_ + f] = value;
+      sum_ += value - values_[f];
+      return sum_;
+    }
+    void EndBlock(std::size_t count) noexcept;
 
    private:
     std::size_t size_ = 1;
-    std::size_t at_ = 0;
     std::int64_t sum_ = 0;
-    std::array<std::int64_t, kMaxHalf> latest_{};
+    // The latest `size_` before the block, then those of the block.
+    std::array<std::int64_t, kMaxHalf + kBlockFrames> values_{};
   };
 
   // The least of at least the latest `size` gains, some few more in number.
@@ -72,8 +77,8 @@ class Limiter {
   std::size_t latency_ = 1;
   std::int64_t release_ = 0;  // part of the way back to 1 in one frame, of 2^20
   double scale_ = 1.0;        // of the sum of sums, to give a gain
-  std::int64_t held_ = kUnity;
-  std::size_t atUnity_ = 0;  // frames since the gain was last below 1
+  std::int64_t lack_ = 0;     // of the held gain, to be 1
+  std::size_t atUnity_ = 0;   // frames since the gain was last below 1
   MovingMinimum minimum_;
   MovingSum smooth_;
   MovingSum smoother_;
