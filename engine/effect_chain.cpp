@@ -25,12 +25,15 @@ void EffectChain::Change(const SoundDesign& design) noexcept {
 
 void EffectChain::Process(Frame* frames, std::size_t count) noexcept {
   filters_.Process(frames, count);
-  loudness_.Process(frames, count);
+  // In registers: the compiler cannot know that no frame is one of the members.
+  LoudnessContour loudness = loudness_;
   const Frame widening = widening_;
   for (std::size_t f = 0; f < count; ++f) {
-    const Frame x = frames[f];
+    const Frame x = loudness.Next(frames[f]);
     frames[f] = x + widening * (x - Swapped(x));
   }
+  loudness_ = loudness;
+  loudness_.Advance(count);
 }
 
 }  // namespace engine

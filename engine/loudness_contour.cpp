@@ -45,31 +45,9 @@ void LoudnessContour::Start(double sampleRate, double amount) noexcept {
   amount_ = amount;
 }
 
-void LoudnessContour::Process(Frame* frames, std::size_t count) noexcept {
-  // In registers: the compiler cannot know that no frame is one of the members.
-  Frame energy = energy_;
-  Frame low = low_;
-  Frame under = under_;
-  Frame bass = bass_.gain;
-  Frame treble = treble_.gain;
-  for (std::size_t f = 0; f < count; ++f) {
-    const Frame x = frames[f];
-    energy = energy + x * x;
-    low = bassPole_.kept * low + bassPole_.taken * x;
-    under = treblePole_.kept * under + treblePole_.taken * x;
-    bass = bass + bass_.step;
-    treble = treble + treble_.step;
-    frames[f] = x + (bass * low + treble * (x - under));
-  }
-  energy_ = energy;
-  low_ = low;
-  under_ = under;
-  bass_.gain = bass;
-  treble_.gain = treble;
+void LoudnessContour::Advance(std::size_t count) noexcept {
   framesInBlock_ += count;
-  if (framesInBlock_ == kBlockFrames) {
-    EndBlock();
-  }
+  if (framesInBlock_ == kBlockFrames) EndBlock();
 }
 
 void LoudnessContour::EndBlock() noexcept {

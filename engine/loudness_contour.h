@@ -16,8 +16,16 @@ class LoudnessContour {
   // Goes on from the past.
   void Change(double amount) noexcept { amount_ = amount; }
 
-  // `count` must not pass the end of a block.
-  void Process(Frame* frames, std::size_t count) noexcept;
+  Frame Next(Frame x) noexcept {
+    energy_ = energy_ + x * x;
+    low_ = bassPole_.kept * low_ + bassPole_.taken * x;
+    under_ = treblePole_.kept * under_ + treblePole_.taken * x;
+    bass_.gain = bass_.gain + bass_.step;
+    treble_.gain = treble_.gain + treble_.step;
+    return x + (bass_.gain * low_ + treble_.gain * (x - under_));
+  }
+  // After so many frames, which must not pass the end of a block.
+  void Advance(std::size_t count) noexcept;
 
  private:
   void EndBlock() noexcept;
