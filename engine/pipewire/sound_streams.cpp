@@ -132,12 +132,10 @@ SoundStreams::SoundStreams(pw_loop* loop, pw_core* core, SoundProcessor& process
   Connect(playback_.get(), PW_DIRECTION_OUTPUT, PW_STREAM_FLAG_TRIGGER);
 }
 
-// The capturing stream triggers the other and goes first. Neither may go while the audio thread is
-// in the process of either, which uses both: each call waits until it is out.
+// The capturing stream triggers the other and goes first.
 SoundStreams::~SoundStreams() {
   pw_loop_destroy_source(loop_, watch_);
-  pw_stream_set_active(capture_.get(), false);
-  pw_stream_set_active(playback_.get(), false);
+  gate_.Close();
   capture_.reset();
   playback_.reset();
 }
@@ -183,8 +181,10 @@ void SoundStreams::OnWatch(void* streams, std::uint64_t /*expirations*/) {
   auto& self = *static_cast<SoundStreams*>(streams);
   const std::uint64_t cycles = self.meter_.Cycles();
   if (std::exchange(self.watchedCycles_, cycles) != cycles) return;
+  self.gate_.Close();
   pw_stream_disconnect(self.capture_.get());
   self.Connect(self.capture_.get(), PW_DIRECTION_INPUT, PW_STREAM_FLAG_NONE);
+  self.gate_.Open();
 }
 
 void SoundStreams::OnCaptureParam(void* streams, std::uint32_t id, const spa_pod* param) {
@@ -228,7 +228,10 @@ void SoundStreams::OnCaptureProcess(void* streams) {
 }
 
 void SoundStreams::OnPlaybackProcess(void* streams) {
-  static_cast<SoundStreams*>(streams)->Process();
+  auto& self = *static_cast<SoundStreams*>(streams);
+  if (!self.gate_.Enter()) return;
+  self.Process();
+  self.gate_.Leave();
 }
 
 void SoundStreams::Process() noexcept {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "engine/audio_gate.h"
 #include "engine/pipewire/stream_meter.h"
 #include "engine/sound_processor.h"
 
@@ -71,6 +72,7 @@ class SoundStreams {
   StreamMeter meter_;
   std::atomic<std::uint32_t> rate_ = 0;
   std::atomic<bool> isFresh_ = true;  // what the processor remembers is not what comes next
+  AudioGate gate_;  // to the capturing stream, which the other one's process takes from
   std::string failure_;
   StreamPointer capture_;
   StreamPointer playback_;

@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "engine/audio_gate.h"
 #include "tests/engine/player.h"
 #include "tests/engine/scalar_engine.h"
 
@@ -159,6 +160,28 @@ TEST(SoundChangeTest, PortionsDoNotMatter) {
   processor.Reset();
   processor.Process(in.left.data(), in.right.data(), out.left.data(), out.right.data(), kSecond);
   EXPECT_EQ(Player(kRate, settings).Play(in).left, out.left);
+}
+
+// While the gate is closed nothing moves behind it, nor is anything half done.
+TEST(AudioGateTest, KeepsTheAudioThreadOut) {
+  constexpr int kWhole = 1000;
+  AudioGate gate;
+  volatile int parts = 0;
+  const std::jthread audio([&](const std::stop_token& stop) {
+    while (!stop.stop_requested()) {
+      if (!gate.Enter()) continue;
+      for (int part = 0; part < kWhole; ++part) parts = parts + 1;
+      gate.Leave();
+    }
+  });
+  for (int seen = 0; seen < 1000 * kWhole; std::this_thread::yield()) {
+    gate.Close();
+    seen = parts;
+    ASSERT_EQ(seen % kWhole, 0);
+    std::this_thread::yield();
+    ASSERT_EQ(parts, seen);
+    gate.Open();
+  }
 }
 
 // Designs whose numbers all tell which one it is: none is torn, none older than the one before.
