@@ -23,6 +23,8 @@ struct AudioPath::Impl {
     if (!connection) return;
     const ServerConnection::Lock lock(*connection);
     if (redirection) {
+      redirection->ReadAgain();
+      connection->WaitForServer(kLongestFarewell);
       redirection->TakeBack();
       connection->WaitForServer(kLongestFarewell);
     }

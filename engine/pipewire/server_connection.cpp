@@ -57,16 +57,16 @@ ServerConnection::~ServerConnection() {
 }
 
 void ServerConnection::WaitForServer(std::chrono::seconds timeout) {
-  const int wanted = pw_core_sync(core_, PW_ID_CORE, 0);
-  while (!isLost_ && reached_ != wanted) {
+  awaited_ = pw_core_sync(core_, PW_ID_CORE, 0);
+  while (!isLost_ && awaited_) {
     if (pw_thread_loop_timed_wait(loop_, static_cast<int>(timeout.count())) != 0) return;
   }
 }
 
 void ServerConnection::OnDone(void* connection, std::uint32_t id, int sequence) {
   auto& self = *static_cast<ServerConnection*>(connection);
-  if (id != PW_ID_CORE) return;
-  self.reached_ = sequence;
+  if (id != PW_ID_CORE || self.awaited_ != sequence) return;
+  self.awaited_.reset();
   pw_thread_loop_signal(self.loop_, false);
 }
 

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace engine {
@@ -59,7 +60,7 @@ class ServerConnection {
 
   const OnLost onLost_;
   bool isLost_ = false;
-  int reached_ = -1;  // the last sequence number that the server has come to
+  std::optional<int> awaited_;  // the sequence number that WaitForServer waits for
   pw_thread_loop* loop_ = nullptr;
   pw_context* context_ = nullptr;
   pw_core* core_ = nullptr;

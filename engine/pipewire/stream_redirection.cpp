@@ -95,7 +95,6 @@ StreamRedirection::~StreamRedirection() {
 void StreamRedirection::OnAdded(pw_registry* registry, const GraphObject& object) {
   if (object.type == PW_TYPE_INTERFACE_Metadata &&
       object.Property(PW_KEY_METADATA_NAME) == "default") {
-    UnbindMetadata();
     BindMetadata(registry, object.id);
   }
   if (object.type != PW_TYPE_INTERFACE_Node) return;
@@ -120,32 +119,28 @@ void StreamRedirection::TakeBack() {
   UnbindMetadata();
 }
 
-void StreamRedirection::BindMetadata(pw_registry* registry, std::uint32_t id) {
-  auto metadata = std::make_unique<Metadata>(*this, registry, id);
-  if (metadata->proxy == nullptr) return;
-  earlierMetadata_ = std::exchange(metadata_, std::move(metadata));
-  isKnown_ = false;
-  sync_ = pw_core_sync(core_, PW_ID_CORE, 0);
+void StreamRedirection::ReadAgain() {
+  if (metadata_) BindMetadata(metadata_->registry, metadata_->id);
 }
 
-// The server keeps a word about a stream from those who have not yet answered to the stream's
-// coming: one that the session manager remembers for the program, and says at once, may be missed.
-void StreamRedirection::ReadMetadataAgain() {
-  if (metadata_) BindMetadata(metadata_->registry, metadata_->id);
+void StreamRedirection::BindMetadata(pw_registry* registry, std::uint32_t id) {
+  UnbindMetadata();
+  auto metadata = std::make_unique<Metadata>(*this, registry, id);
+  if (metadata->proxy == nullptr) return;
+  metadata_ = std::move(metadata);
+  sync_ = pw_core_sync(core_, PW_ID_CORE, 0);
 }
 
 void StreamRedirection::UnbindMetadata() {
   targets_.clear();
   isKnown_ = false;
   metadata_.reset();
-  earlierMetadata_.reset();
 }
 
 void StreamRedirection::OnDone(void* redirection, std::uint32_t id, int sequence) {
   auto& self = *static_cast<StreamRedirection*>(redirection);
   if (id != PW_ID_CORE || sequence != self.sync_ || !self.metadata_) return;
   self.isKnown_ = true;
-  self.earlierMetadata_.reset();
   for (const auto& [stream, unused] : self.streams_) self.Redirect(stream);
 }
 
@@ -156,7 +151,7 @@ void StreamRedirection::OnNodeInfo(void* stream, const pw_node_info* info) {
       std::ranges::any_of(kChoices, [info](const char* key) { return IsSet(info->props, key); });
   self.choice = isMade ? Stream::Choice::Made : Stream::Choice::Open;
   self.Unbind();
-  if (!isMade) self.owner.ReadMetadataAgain();
+  if (!isMade) self.owner.ReadAgain();
 }
 
 int StreamRedirection::OnProperty(void* redirection, std::uint32_t subject, const char* key,
@@ -205,7 +200,8 @@ void StreamRedirection::HearNode(std::uint32_t stream, std::optional<Word> word)
     const auto meant = serials_.find(targets.node->value);
     if (meant == serials_.end()) return;
     targets.isAsked = false;
-    Say(stream, kTargetObject, Word{targets.node->type, meant->second});
+    targets.object = Word{targets.node->type, meant->second};
+    Say(stream, kTargetObject, targets.object);
   }
 }
 

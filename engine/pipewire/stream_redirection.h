@@ -25,7 +25,16 @@ class StreamRedirection final : public GraphObserver {
   void OnAdded(pw_registry* registry, const GraphObject& object) override;
   void OnRemoved(std::uint32_t id) override;
 
-  // Takes the word back from every stream, before the node goes.
+  // Forgets what was said about streams and asks for all of it. The server tells it before it
+  // answers a later question.
+  //
+  // Words are lost without this, for PipeWire 0.3.65 withholds them from a client that has not yet
+  // answered to the stream's coming, such as one that the session manager remembers for the program
+  // and says at once, and from every client while another one asks for all.
+  void ReadAgain();
+
+  // Takes the word back from every stream, before the node goes. To be called when all was
+  // just read again: a word of the user's that was lost would go with the engine's own.
   void TakeBack();
 
  private:
@@ -78,7 +87,6 @@ class StreamRedirection final : public GraphObserver {
   static const pw_metadata_events kMetadataEvents;
 
   void BindMetadata(pw_registry* registry, std::uint32_t id);
-  void ReadMetadataAgain();
   void UnbindMetadata();
   void Redirect(std::uint32_t stream);
   void HearObject(std::uint32_t stream, std::optional<Word> word);
@@ -93,7 +101,6 @@ class StreamRedirection final : public GraphObserver {
   std::map<std::uint32_t, Targets> targets_;
   std::map<std::string, std::string> serials_;  // of every node, by its number
   std::unique_ptr<Metadata> metadata_;
-  std::unique_ptr<Metadata> earlierMetadata_;  // until all is read again
   // What was said before is known once the server has answered this.
   int sync_ = -1;
   bool isKnown_ = false;
