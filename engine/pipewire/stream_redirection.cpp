@@ -95,6 +95,7 @@ StreamRedirection::~StreamRedirection() {
 void StreamRedirection::OnAdded(pw_registry* registry, const GraphObject& object) {
   if (object.type == PW_TYPE_INTERFACE_Metadata &&
       object.Property(PW_KEY_METADATA_NAME) == "default") {
+    UnbindMetadata();
     BindMetadata(registry, object.id);
   }
   if (object.type != PW_TYPE_INTERFACE_Node) return;
@@ -120,14 +121,19 @@ void StreamRedirection::TakeBack() {
 }
 
 void StreamRedirection::ReadAgain() {
-  if (metadata_) BindMetadata(metadata_->registry, metadata_->id);
+  if (!metadata_) return;
+  for (auto& [stream, targets] : targets_) {
+    targets.object.reset();
+    targets.node.reset();
+  }
+  isKnown_ = false;
+  BindMetadata(metadata_->registry, metadata_->id);
 }
 
 void StreamRedirection::BindMetadata(pw_registry* registry, std::uint32_t id) {
-  UnbindMetadata();
   auto metadata = std::make_unique<Metadata>(*this, registry, id);
   if (metadata->proxy == nullptr) return;
-  metadata_ = std::move(metadata);
+  earlierMetadata_ = std::exchange(metadata_, std::move(metadata));
   sync_ = pw_core_sync(core_, PW_ID_CORE, 0);
 }
 
@@ -135,12 +141,16 @@ void StreamRedirection::UnbindMetadata() {
   targets_.clear();
   isKnown_ = false;
   metadata_.reset();
+  earlierMetadata_.reset();
 }
 
+// Whatever was asked for before the question is a part of the answer.
 void StreamRedirection::OnDone(void* redirection, std::uint32_t id, int sequence) {
   auto& self = *static_cast<StreamRedirection*>(redirection);
   if (id != PW_ID_CORE || sequence != self.sync_ || !self.metadata_) return;
   self.isKnown_ = true;
+  self.earlierMetadata_.reset();
+  for (auto& [stream, targets] : self.targets_) targets.isAsked = false;
   for (const auto& [stream, unused] : self.streams_) self.Redirect(stream);
 }
 
@@ -180,6 +190,7 @@ void StreamRedirection::HearObject(std::uint32_t stream, std::optional<Word> wor
   targets.object = std::move(word);
   if (IsOwn(targets.object)) {
     targets.isAsked = false;
+    PassOn(stream, targets);
   } else if (IsElsewhere(targets.object)) {
     // Said before the redirection reached the session manager, which then took it for the last
     // word.
@@ -192,17 +203,22 @@ void StreamRedirection::HearObject(std::uint32_t stream, std::optional<Word> wor
 void StreamRedirection::HearNode(std::uint32_t stream, std::optional<Word> word) {
   Targets& targets = targets_[stream];
   targets.node = std::move(word);
-  if (!IsElsewhere(targets.node)) {
+  if (IsElsewhere(targets.node)) {
+    PassOn(stream, targets);
+  } else {
     Redirect(stream);
-  } else if (targets.isAsked || IsOwn(targets.object)) {
-    // The other key's word counts more, so that this one's is said with it too. The session manager
-    // remembers a node that is meant by its serial number for the program's next stream.
-    const auto meant = serials_.find(targets.node->value);
-    if (meant == serials_.end()) return;
-    targets.isAsked = false;
-    targets.object = Word{targets.node->type, meant->second};
-    Say(stream, kTargetObject, targets.object);
   }
+}
+
+// What the other key says counts more, so that a word by this one is said with it too. The session
+// manager remembers a node that is meant by its serial number for the program's next stream.
+void StreamRedirection::PassOn(std::uint32_t stream, Targets& targets) {
+  if (!IsElsewhere(targets.node) || !(targets.isAsked || IsOwn(targets.object))) return;
+  const auto meant = serials_.find(targets.node->value);
+  if (meant == serials_.end()) return;
+  targets.isAsked = false;
+  targets.object = Word{targets.node->type, meant->second};
+  Say(stream, kTargetObject, targets.object);
 }
 
 bool StreamRedirection::IsOwn(const std::optional<Word>& word) const {

@@ -33,8 +33,8 @@ class StreamRedirection final : public GraphObserver {
   // and says at once, and from every client while another one asks for all.
   void ReadAgain();
 
-  // Takes the word back from every stream, before the node goes. To be called when all was
-  // just read again: a word of the user's that was lost would go with the engine's own.
+  // Takes the word back from every stream, before the node goes. To be called when all was just
+  // read again: a word of the user's that was lost would go with the engine's own.
   void TakeBack();
 
  private:
@@ -91,6 +91,7 @@ class StreamRedirection final : public GraphObserver {
   void Redirect(std::uint32_t stream);
   void HearObject(std::uint32_t stream, std::optional<Word> word);
   void HearNode(std::uint32_t stream, std::optional<Word> word);
+  void PassOn(std::uint32_t stream, Targets& targets);
   bool IsOwn(const std::optional<Word>& word) const;
   void Say(std::uint32_t stream, const char* key, const std::optional<Word>& word) const;
 
@@ -101,6 +102,7 @@ class StreamRedirection final : public GraphObserver {
   std::map<std::uint32_t, Targets> targets_;
   std::map<std::string, std::string> serials_;  // of every node, by its number
   std::unique_ptr<Metadata> metadata_;
+  std::unique_ptr<Metadata> earlierMetadata_;  // until all is read again
   // What was said before is known once the server has answered this.
   int sync_ = -1;
   bool isKnown_ = false;
