@@ -125,12 +125,5 @@ TEST(EqModel, KnobsWriteTheirAmountsAndSwitches) {
   }
 }
 
-TEST(EqModel, SwitchesAreOnAboveZero) {
-  EXPECT_EQ(SwitchValue(true), 1.0F);
-  EXPECT_EQ(SwitchValue(false), 0.0F);
-  EXPECT_TRUE(IsOn(1.0e-45F));
-  for (const float off : {0.0F, -0.0F, -1.0F, kNan}) EXPECT_FALSE(IsOn(off));
-}
-
 }  // namespace
 }  // namespace dsp

@@ -109,16 +109,5 @@ TEST_F(NotificationClientTest, EveryKindOfReportEvaluatesWhatHoldsAfterThePause)
   EXPECT_EQ(devices_.Calls(AudioStep::UnregisterCallback), 2) << "once for each registration";
 }
 
-TEST_F(NotificationClientTest, FollowsTheServiceUntilUnregistered) {
-  ASSERT_EQ(client_.Register(), HResult::Ok);
-  devices_.SetPeak(u"screen", 0.5F);
-  devices_.WaitUntilDelivered();
-  EXPECT_EQ(client_.endpointWarning, Shown);
-  client_.Unregister();
-  devices_.Remove(u"screen");
-  devices_.WaitUntilDelivered();
-  EXPECT_EQ(client_.endpointWarning, Shown);
-}
-
 }  // namespace
 }  // namespace endpoints
