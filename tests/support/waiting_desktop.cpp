@@ -1,12 +1,9 @@
 // What a desktop does by looking again and again, wherever it is.
-#include <thread>
-
 #include "tests/support/x11_desktop.h"
 
 namespace support {
 
 using std::chrono::milliseconds;
-using std::chrono::steady_clock;
 
 std::optional<ScreenRect> X11Desktop::WaitForWindow(const std::string& title,
                                                     milliseconds timeout) {
@@ -21,15 +18,6 @@ bool X11Desktop::WaitUntilGone(const std::string& title, milliseconds timeout) {
 
 std::uint32_t X11Desktop::PixelAt(int x, int y) {
   return Pixels({x, y, 1, 1}).front();
-}
-
-bool Eventually(const std::function<bool()>& condition, milliseconds timeout) {
-  const auto end = steady_clock::now() + timeout;
-  while (!condition()) {
-    if (steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(milliseconds(10));
-  }
-  return true;
 }
 
 }  // namespace support

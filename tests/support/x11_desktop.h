@@ -4,11 +4,12 @@
 
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "tests/support/eventually.h"
 
 namespace support {
 
@@ -76,9 +77,5 @@ class X11Desktop {
  private:
   std::unique_ptr<Impl> impl_;
 };
-
-// Looks again until `condition` holds or `timeout` has passed; whether it held.
-bool Eventually(const std::function<bool()>& condition,
-                std::chrono::milliseconds timeout = std::chrono::seconds(5));
 
 }  // namespace support
