@@ -1,7 +1,6 @@
 #include "engine/pipewire/sound_streams.h"
 
 #include <spa/param/audio/format-utils.h>
-#include <spa/param/latency-utils.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -125,6 +124,7 @@ SoundStreams::SoundStreams(pw_loop* loop, pw_core* core, SoundProcessor& process
       capture_(pw_stream_new(core, "Tonalyx", CaptureProperties())),
       playback_(pw_stream_new(core, "Tonalyx", PlaybackProperties())),
       watch_(pw_loop_add_timer(loop, OnWatch, this)) {
+  latencies_[SPA_DIRECTION_OUTPUT].direction = SPA_DIRECTION_OUTPUT;
   pw_stream_add_listener(capture_.get(), &captureListener_, &kCaptureEvents, this);
   pw_stream_add_listener(playback_.get(), &playbackListener_, &kPlaybackEvents, this);
   Connect(capture_.get(), PW_DIRECTION_INPUT, PW_STREAM_FLAG_NONE);
@@ -191,12 +191,12 @@ void SoundStreams::OnCaptureParam(void* streams, std::uint32_t id, const spa_pod
   auto& self = *static_cast<SoundStreams*>(streams);
   if (param == nullptr) return;
   if (id == SPA_PARAM_Format) self.TakeFormat(param);
-  if (id == SPA_PARAM_Latency) self.PassLatency(param);
+  if (id == SPA_PARAM_Latency) self.TakeLatency(param);
 }
 
 void SoundStreams::OnPlaybackParam(void* streams, std::uint32_t id, const spa_pod* param) {
   if (param != nullptr && id == SPA_PARAM_Latency) {
-    static_cast<SoundStreams*>(streams)->PassLatency(param);
+    static_cast<SoundStreams*>(streams)->TakeLatency(param);
   }
 }
 
@@ -206,12 +206,18 @@ void SoundStreams::TakeFormat(const spa_pod* param) {
   isFresh_ = true;
   rate_ = info.rate;
   onRate_(info.rate);
+  for (const spa_latency_info& latency : latencies_) PassLatency(latency);
+}
+
+void SoundStreams::TakeLatency(const spa_pod* param) {
+  spa_latency_info latency{};
+  if (spa_latency_parse(param, &latency) < 0) return;
+  latencies_[latency.direction] = latency;
+  PassLatency(latency);
 }
 
 // What lies behind one stream lies behind the other too, and the limiter besides.
-void SoundStreams::PassLatency(const spa_pod* param) {
-  spa_latency_info latency{};
-  if (spa_latency_parse(param, &latency) < 0) return;
+void SoundStreams::PassLatency(spa_latency_info latency) {
   const std::uint32_t rate = rate_;
   const auto own = static_cast<std::uint32_t>(rate == 0 ? 0 : LatencyFrames(rate));
   latency.min_rate += own;

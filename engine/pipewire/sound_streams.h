@@ -1,7 +1,9 @@
 #pragma once
 
 #include <pipewire/pipewire.h>
+#include <spa/param/latency-utils.h>
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <functional>
@@ -61,7 +63,8 @@ class SoundStreams {
   void Connect(pw_stream* stream, pw_direction direction, pw_stream_flags more);
   void Watch(pw_stream_state state);
   void TakeFormat(const spa_pod* param);
-  void PassLatency(const spa_pod* param);
+  void TakeLatency(const spa_pod* param);
+  void PassLatency(spa_latency_info latency);
   // Audio thread.
   void Process() noexcept;
   void Render(const spa_buffer& in, const spa_buffer& out) noexcept;
@@ -73,6 +76,8 @@ class SoundStreams {
   std::atomic<std::uint32_t> rate_ = 0;
   std::atomic<bool> isFresh_ = true;  // what the processor remembers is not what comes next
   AudioGate gate_;  // to the capturing stream, which the other one's process takes from
+  // What others said: the limiter's part of it depends on the rate.
+  std::array<spa_latency_info, 2> latencies_{};  // by their directions
   std::string failure_;
   StreamPointer capture_;
   StreamPointer playback_;

@@ -32,7 +32,7 @@ TEST_F(EngineTest, SoundsAsThePanelDrawsAtEveryRate) {
   set(159, 5.0F);  // 8 kHz: high shelf
   set(161, 2.5F);
   const auto engine = StartEngine();
-  for (const int rate : {48000, 44100, 96000}) {
+  for (const auto& [rate, latency] : {std::pair(48000, 81), {44100, 77}, {96000, 129}}) {
     Run({"pw-metadata", "-n", "settings", "0", "clock.force-rate", std::to_string(rate)});
     const auto player = Play(rate);
     const auto recording = Record("speakers", rate);
@@ -47,10 +47,14 @@ TEST_F(EngineTest, SoundsAsThePanelDrawsAtEveryRate) {
     EXPECT_TRUE(WaitUntil([&] { return worst() < 0.05; }, milliseconds(15000)))
         << rate << ": " << worst() << " dB off";
     EXPECT_EQ(Status()["rate"], rate);
+    EXPECT_EQ(Status()["latency"], latency);
+    EXPECT_THAT(Run({"pw-dump"}).output, HasSubstr("\"maxRate\": " + std::to_string(latency)))
+        << "told to whoever plays";
   }
   const std::string text = Run({TONALYX_BIN_DIR "/tonalyx-engine", "--status"}).output;
   EXPECT_THAT(text, HasSubstr("sink:     speakers\n"));
   EXPECT_THAT(text, HasSubstr("rate:     96000 Hz\n"));
+  EXPECT_THAT(text, HasSubstr("latency:  129 frames, 1.3 ms\n"));
   EXPECT_THAT(text, HasSubstr("route:    line out\nsetting:  2\n"));
   // Its own sink is none to the panel.
   EXPECT_THAT(server_.Control({"list", "sinks"}), HasSubstr("tonalyx.plays-to = \"speakers\""));
