@@ -76,7 +76,7 @@ TEST_F(HeardEditsTest, EveryControlIsHeard) {
   const auto engine = sound_.StartEngine(environment_);
   const auto player = sound_.Play();
   const auto recording = sound_.Record("speakers");
-  const auto expectHeard = [&](const char* what) {
+  const auto expectHeard = [&](const std::string& what) {
     const Values values = StoredSet();
     EXPECT_TRUE(Eventually([&] { return IsHeard(values, *recording); })) << what;
   };
@@ -89,20 +89,20 @@ TEST_F(HeardEditsTest, EveryControlIsHeard) {
   std::this_thread::sleep_for(milliseconds(400));
   Expand();
 
-  ClickControl(resources::kEqualizerEnable);
-  ASSERT_TRUE(BecomesStored(117, 1.0F));
-  const ScreenRect gain = Control(resources::kGainSlider);
-  desktop_.Click(gain.x + gain.width - 2, gain.y + gain.height * 3 / 4);
-  ASSERT_TRUE(BecomesStored(121, 3.98107195F));
-  expectHeard("band 1 is 12 dB up");
-  for (const std::uint16_t type : {resources::kTypeLowShelving, resources::kTypeHighPass}) {
-    ClickControl(type);
-    ASSERT_TRUE(BecomesStored(119, type == resources::kTypeHighPass ? 3.0F : 4.0F));
-    expectHeard("another type");
+  // Of band 1; what stands in the last column is what the control must have written.
+  const struct {
+    std::uint16_t control;
+    int parameter;
+    float value;
+  } edits[] = {{resources::kEqualizerEnable, 117, 1.0F}, {resources::kGainSlider, 121, 3.98107195F},
+               {resources::kTypeLowShelving, 119, 4.0F}, {resources::kTypeHighPass, 119, 3.0F},
+               {resources::kTypePeaking, 119, 1.0F},     {resources::kBandwidthSlider, 122, 0.1F},
+               {resources::kFrequencySlider, 120, 2e4F}, {resources::kBandEnable, 118, 0.0F}};
+  for (const auto& edit : edits) {
+    edit.parameter >= 120 ? ClickSlider(edit.control, SliderEnd::Last) : ClickControl(edit.control);
+    ASSERT_TRUE(BecomesStored(edit.parameter, edit.value)) << edit.parameter;
+    expectHeard(std::to_string(edit.parameter));
   }
-  ClickControl(resources::kBandEnable);
-  ASSERT_TRUE(BecomesStored(118, 0.0F));
-  expectHeard("the band is off");
   Drag(resources::kPlot, MarkerOf(6), {MarkerOf(6).x, MarkerOf(6).y + 20});
   ASSERT_TRUE(Eventually([&] { return Stored(146) < 0.9F; }));
   expectHeard("band 6 is pulled down");
