@@ -3,7 +3,6 @@
 #include <signal.h>
 
 #include <cmath>
-#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <numbers>
@@ -113,24 +112,38 @@ std::string PulseDaemon::AddSink(const std::string& name, const std::string& des
   return number;
 }
 
-std::unique_ptr<ChildProcess> PulseDaemon::Play(const std::string& sink, double level,
-                                                std::chrono::milliseconds latency) {
-  constexpr int kRate = 44100;
-  constexpr int kSeconds = 30;
-  constexpr double kHertz = 441.0;
-  const std::filesystem::path file = folder_.Path() / ("tone" + std::to_string(level));
+std::unique_ptr<ChildProcess> PulseDaemon::Play(const std::vector<float>& second,
+                                                const std::vector<std::string>& options) {
+  constexpr int kSeconds = 60;
+  const std::filesystem::path file = folder_.Path() / ("sound" + std::to_string(++sounds_));
   std::ofstream stream(file, std::ios::binary);
-  for (int i = 0; i < kSeconds * kRate; ++i) {
-    const double value = level * std::sin(2.0 * std::numbers::pi * kHertz * i / kRate);
-    const auto sample = static_cast<std::int16_t>(std::lround(32767.0 * value));
-    stream.write(reinterpret_cast<const char*>(&sample), sizeof(sample));
+  for (int i = 0; i < kSeconds; ++i) {
+    stream.write(reinterpret_cast<const char*>(second.data()),
+                 static_cast<std::streamsize>(second.size() * sizeof(float)));
   }
   stream.close();
-  auto player = std::make_unique<ChildProcess>(
-      std::vector<std::string>{"pacat", "--playback", "--raw", "--format=s16le", "--channels=1",
-                               "--rate=44100", "--latency-msec=" + std::to_string(latency.count()),
-                               "--device=" + sink, file.string()},
-      Environment());
+  std::vector<std::string> command = {"pacat",
+                                      "--playback",
+                                      "--raw",
+                                      "--format=float32le",
+                                      "--channels=2",
+                                      file,
+                                      "--rate=" + std::to_string(second.size() / 2)};
+  command.insert(command.end(), options.begin(), options.end());
+  return std::make_unique<ChildProcess>(command, Environment());
+}
+
+std::unique_ptr<ChildProcess> PulseDaemon::PlayTone(const std::string& sink, double level,
+                                                    std::chrono::milliseconds latency) {
+  constexpr int kRate = 44100;
+  constexpr double kHertz = 441.0;
+  std::vector<float> second;
+  for (int i = 0; i < 2 * kRate; ++i) {
+    second.push_back(
+        static_cast<float>(level * std::sin(2.0 * std::numbers::pi * kHertz * (i / 2) / kRate)));
+  }
+  auto player =
+      Play(second, {"--device=" + sink, "--latency-msec=" + std::to_string(latency.count())});
   for (int attempt = 0; Control({"list", "short", "sink-inputs"}).empty(); ++attempt) {
     if (attempt == 200) throw std::runtime_error("nothing plays");
     std::this_thread::sleep_for(25ms);

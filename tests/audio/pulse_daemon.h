@@ -40,8 +40,12 @@ class PulseDaemon {
   // Takes one of the sinks away that the server started with.
   void RemoveSink(std::size_t index);
 
-  // Plays a sine tone of this level, 0 to 1, to the sink until the player is destroyed.
-  std::unique_ptr<ChildProcess> Play(
+  // Plays a second of stereo sound again and again, for a minute or until the player is destroyed;
+  // `options` are pacat's.
+  std::unique_ptr<ChildProcess> Play(const std::vector<float>& second,
+                                     const std::vector<std::string>& options);
+  // A sine tone of this level, 0 to 1; returns when it has reached the server.
+  std::unique_ptr<ChildProcess> PlayTone(
       const std::string& sink, double level,
       std::chrono::milliseconds latency = std::chrono::milliseconds(50));
 
@@ -52,6 +56,7 @@ class PulseDaemon {
   TemporaryFolder folder_;
   const std::vector<std::string> sinks_;
   std::vector<std::string> modules_;
+  int sounds_ = 0;
   std::optional<ChildProcess> server_;
 };
 

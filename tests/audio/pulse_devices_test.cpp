@@ -11,6 +11,7 @@
 #include "tests/audio/audio_machines.h"
 #include "tests/audio/pulse_daemon.h"
 #include "tests/audio/recording_sink.h"
+#include "tests/support/eventually.h"
 
 namespace support {
 namespace {
@@ -63,11 +64,7 @@ class PulseDevicesTest : public testing::Test {
   }
 
   bool FirstBecomesDefault(milliseconds timeout) {
-    const auto end = steady_clock::now() + timeout;
-    while (DefaultId() != IdOf("first") && steady_clock::now() < end) {
-      std::this_thread::sleep_for(10ms);
-    }
-    return DefaultId() == IdOf("first");
+    return Eventually([&] { return DefaultId() == IdOf("first"); }, timeout);
   }
 
   void Register() { ASSERT_EQ(devices_.CreateEnumerator()->RegisterCallback(sink_), HResult::Ok); }
@@ -125,20 +122,19 @@ TEST_F(PulseDevicesTest, HangingServerCostsOneShortWait) {
 TEST_F(PulseDevicesTest, LevelsAreThoseOfWhatPlaysAndOnlyPlayingIsReported) {
   Register();
   EXPECT_EQ(PeakOf("first"), 0.0F);
-  auto player = daemon_.Play("second", 0.5);
+  auto player = daemon_.PlayTone("second", 0.5);
   const RecordingSink::Report playing = {Kind::PropertyChanged, IdOf("second"), 0,
                                          platform::kEndpointLevelProperty};
   EXPECT_TRUE(sink_.WaitFor(playing, 10s));
   // The player is connected, but its sound may not have reached the sink yet.
-  float loudest = 0.0F;
-  const auto end = steady_clock::now() + 10s;
-  while (loudest < 0.4F && steady_clock::now() < end) {
+  float peak = 0.0F;
+  EXPECT_TRUE(Eventually([&] {
     const auto start = steady_clock::now();
-    loudest = std::max(loudest, PeakOf("second").value_or(0.0F));
+    peak = PeakOf("second").value_or(0.0F);
     EXPECT_LT(steady_clock::now() - start, 2 * kBound);
-    std::this_thread::sleep_for(10ms);
-  }
-  EXPECT_NEAR(loudest, 0.5F, 0.02F);
+    return peak > 0.4F;
+  }));
+  EXPECT_NEAR(peak, 0.5F, 0.02F);
   std::this_thread::sleep_for(200ms);
   sink_.Forget();
   for (int i = 0; i < 10; ++i) {
@@ -156,7 +152,7 @@ TEST_F(PulseDevicesTest, LevelsAreThoseOfWhatPlaysAndOnlyPlayingIsReported) {
 TEST_F(PulseDevicesTest, LevelThatComesTooLateIsAnnounced) {
   Register();
   // The sink hands on two seconds at a time, so that the recording has to wait.
-  const auto player = daemon_.Play("second", 0.5, 2000ms);
+  const auto player = daemon_.PlayTone("second", 0.5, 2000ms);
   std::this_thread::sleep_for(200ms);
   sink_.Forget();
   ASSERT_EQ(PeakOf("second"), std::nullopt);

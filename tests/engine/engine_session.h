@@ -7,33 +7,31 @@
 #include <array>
 #include <chrono>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "dsp/eq_model.h"
 #include "platform/linux/registry/sqlite_registry.h"
 #include "tests/audio/pulse_daemon.h"
 #include "tests/support/child_process.h"
+#include "tests/support/eventually.h"
+#include "tests/support/registry_tree.h"
+#include "tests/support/routes.h"
 #include "tests/support/temporary_folder.h"
 
 namespace engine {
 
 // A null sink has no ports, so nothing tells of a speaker or of headphones.
-inline constexpr std::u16string_view kLineOut = u"{DFF21FE3-F70F-11D0-B917-00A0C9223196}";
+inline const std::u16string& kLineOut = support::kLineConnector;
 
 // Each of these sounds at once, at kToneLevel, in the right channel at half of it; Hz, whole
 // periods in a second.
 inline constexpr std::array kTones = {31,   63,   100,  160,  250,  400,   630,
                                       1000, 1600, 2500, 4000, 6300, 10000, 16000};
 inline constexpr double kToneLevel = 0.03;
-
-// What the panel draws, in dB.
-double CurveAt(dsp::ConstParameterValues values, double frequency);
 
 // Records what a sink plays until destruction.
 class Recording {
@@ -44,7 +42,6 @@ class Recording {
   // The level of a tone in the left channel during the last `seconds`, in dB above that with which
   // it was played.
   double Level(int frequency, double seconds = 0.1) const;
-  std::vector<float> Last(double seconds) const;
 
  private:
   const int rate_;
@@ -71,11 +68,12 @@ class EngineSession : public testing::Test {
   // The properties of a node, `kind` being sinks or sink-inputs.
   nlohmann::json NodeProperties(const std::string& kind, const std::string& name);
 
-  void Store(std::u16string_view route, std::u16string_view setting, int parameter, float value);
-  void Activate(std::u16string_view route, std::u16string_view setting);
+  void Store(const std::u16string& route, const std::u16string& setting, int parameter,
+             float value);
+  void Activate(const std::u16string& route, const std::u16string& setting);
   // Two settings that tell by one tone which is heard: the first has the band at 1 kHz 6 dB down,
   // the second 12 dB.
-  void StoreTwoSettings(std::u16string_view route);
+  void StoreTwoSettings(const std::u16string& route);
 
   // Sets the service's event.
   bool Wake();
@@ -85,8 +83,6 @@ class EngineSession : public testing::Test {
   void MoveStream(const std::string& sink);
   // How long it took until the tone at 1 kHz had that level; a failure when it does not come.
   std::chrono::milliseconds WaitForLevel(const Recording& recording, double decibels) const;
-  static bool WaitUntil(const std::function<bool()>& condition,
-                        std::chrono::milliseconds timeout = kSoon);
 
   support::PulseDaemon server_{{"speakers", "hdmi"}};
   support::TemporaryFolder folder_;

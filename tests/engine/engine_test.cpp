@@ -5,14 +5,16 @@
 #include <cmath>
 #include <fstream>
 
-#include "store/registry_layout.h"
 #include "tests/engine/engine_session.h"
+#include "tests/engine/player.h"
 
 namespace engine {
 namespace {
 
 namespace fs = std::filesystem;
 using std::chrono::milliseconds;
+using support::Eventually;
+using support::kSpeaker;
 using testing::HasSubstr;
 
 using EngineTest = EngineSession;
@@ -40,11 +42,11 @@ TEST_F(EngineTest, SoundsAsThePanelDrawsAtEveryRate) {
     const auto worst = [&] {
       double off = 0.0;
       for (const int tone : kTones) {
-        off = std::max(off, std::abs(recording->Level(tone, 1.0) - CurveAt(values, tone)));
+        off = std::max(off, std::abs(recording->Level(tone, 1.0) - PanelDecibels(values, tone)));
       }
       return off;
     };
-    EXPECT_TRUE(WaitUntil([&] { return worst() < 0.05; }, milliseconds(15000)))
+    EXPECT_TRUE(Eventually([&] { return worst() < 0.05; }, milliseconds(15000)))
         << rate << ": " << worst() << " dB off";
     EXPECT_EQ(Status()["rate"], rate);
     EXPECT_EQ(Status()["latency"], latency);
@@ -106,11 +108,9 @@ TEST_F(EngineTest, FollowsSettingsValuesAndAStoreMadeAnew) {
 }
 
 TEST_F(EngineTest, FollowsHeadphonesWithinAMoment) {
-  const std::u16string speaker = u"{DFF21CE1-F70F-11D0-B917-00A0C9223196}";
-  const std::u16string headphones = u"{DFF21CE2-F70F-11D0-B917-00A0C9223196}";
-  StoreTwoSettings(speaker);
-  StoreTwoSettings(headphones);
-  Activate(headphones, u"2");
+  StoreTwoSettings(kSpeaker);
+  StoreTwoSettings(support::kHeadphones);
+  Activate(support::kHeadphones, u"2");
   const std::string laptop = folder_.Path() / "laptop.json";
   environment_["TONALYX_LAPTOP"] = laptop;
   const auto laptopctl = [&](std::vector<std::string> command) {
@@ -155,7 +155,7 @@ TEST_F(EngineTest, PlaysWhereTheUserWants) {
   // The default changes, many times in a row too.
   server_.Control({"set-default-sink", "hdmi"});
   WaitForLevel(*hdmi, -6.0);
-  EXPECT_TRUE(WaitUntil([&] { return speakers->Level(1000) < kSilence; }));
+  EXPECT_TRUE(Eventually([&] { return speakers->Level(1000) < kSilence; }));
   EXPECT_EQ(Status()["sink"], "hdmi");
   for (int round = 0; round < 3; ++round) {
     server_.Control({"set-default-sink", "hdmi"});
@@ -177,14 +177,14 @@ TEST_F(EngineTest, PlaysWhereTheUserWants) {
     // Some tones of two streams add to one's height, never all.
     const auto isChanged = [&](int tone) { return std::abs(hdmi->Level(tone)) > 1.0; };
     EXPECT_TRUE(
-        WaitUntil([&] { return std::ranges::any_of(std::span(kTones).subspan(2), isChanged); }));
+        Eventually([&] { return std::ranges::any_of(std::span(kTones).subspan(2), isChanged); }));
   }
-  ASSERT_TRUE(WaitUntil([&] { return std::abs(hdmi->Level(1000)) < 0.2; }));
+  ASSERT_TRUE(Eventually([&] { return std::abs(hdmi->Level(1000)) < 0.2; }));
   MoveStream("");
   WaitForLevel(*speakers, -6.0);
   {
-    const auto program = server_.Play("hdmi", 0.1);
-    EXPECT_TRUE(WaitUntil([&] { return hdmi->Level(441) > 5.0; })) << "as its program says";
+    const auto program = server_.PlayTone("hdmi", 0.1);
+    EXPECT_TRUE(Eventually([&] { return hdmi->Level(441) > 5.0; })) << "as its program says";
   }
   // Volume counts once: half is 18 dB down.
   server_.Control({"set-sink-volume", "speakers", "50%"});
@@ -192,7 +192,7 @@ TEST_F(EngineTest, PlaysWhereTheUserWants) {
   server_.Control({"set-sink-volume", "speakers", "100%"});
   // Somebody makes the engine's own sink the default: some real one plays.
   server_.Control({"set-default-sink", kSinkNode});
-  EXPECT_TRUE(WaitUntil([&] {
+  EXPECT_TRUE(Eventually([&] {
     return std::abs(std::max(speakers->Level(1000), hdmi->Level(1000)) + 6.0) < 0.2 &&
            Status()["sink"] != kSinkNode;
   }));
@@ -249,7 +249,7 @@ TEST_F(EngineTest, EndsWithTheServerAndOutlivesTheSessionManager) {
   std::this_thread::sleep_for(milliseconds(300));
   const support::ChildProcess next({"wireplumber"}, environment);
   // It has forgotten what it was told, and is told again.
-  EXPECT_TRUE(WaitUntil([&] {
+  EXPECT_TRUE(Eventually([&] {
     return Run({"timeout", "1", "pw-metadata"})
                .output.find("'target.object' value:'tonalyx-engine'") != std::string::npos;
   }));
@@ -309,7 +309,7 @@ TEST_F(EngineTest, SleepsWhileNothingPlays) {
     WaitForLevel(*recording, 0.0);
     EXPECT_EQ(Status()["state"], "playing");
   }
-  ASSERT_TRUE(WaitUntil([&] { return Status()["state"] == "idle"; }));
+  ASSERT_TRUE(Eventually([&] { return Status()["state"] == "idle"; }));
   // Longer than it takes the session manager to send the sink to sleep.
   std::this_thread::sleep_for(std::chrono::seconds(7));
   const long before = wakes();

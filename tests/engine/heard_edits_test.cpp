@@ -3,6 +3,7 @@
 #include "platform/text.h"
 #include "tests/e2e/panel_fixture.h"
 #include "tests/engine/engine_session.h"
+#include "tests/engine/player.h"
 #include "tests/support/registry_tree.h"
 
 namespace e2e {
@@ -42,7 +43,7 @@ class HeardEditsTest : public AdvancedDialogTest {
     const auto at = [&](int number) {
       return static_cast<double>(values[dsp::ParameterIndex(number)]);
     };
-    double level = at(117) > 0.0 ? engine::CurveAt(values, tone) : 0.0;
+    double level = at(117) > 0.0 ? engine::PanelDecibels(values, tone) : 0.0;
     // Far enough from the shelves' corners.
     if (tone < 50) level += 24.0 * (at(232) - 0.5);
     if (tone > 15000) level += 24.0 * (at(250) - 0.5);

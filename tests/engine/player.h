@@ -10,6 +10,7 @@
 #include <random>
 #include <vector>
 
+#include "dsp/biquad.h"
 #include "engine/sound_design.h"
 #include "engine/sound_processor.h"
 
@@ -95,6 +96,25 @@ inline double Amplitude(const std::vector<float>& channel, double frequency, dou
 
 inline double Decibels(double factor) {
   return 20.0 * std::log10(factor);
+}
+
+// What the panel draws, in double precision: its own picture of filters near 20 Hz is made in
+// single precision and off by some tenths of a dB.
+inline double PanelDecibels(dsp::ConstParameterValues values, double frequency) {
+  dsp::CoefficientTable table;
+  dsp::UpdateBandCoefficients(values, table);
+  const auto delay = std::polar(1.0, -2.0 * std::numbers::pi * frequency / 48000.0);
+  const auto polynomial = [&](double c0, double c1, double c2) {
+    return std::abs(c0 + delay * (c1 + delay * c2));
+  };
+  double magnitude = 1.0;
+  for (std::size_t k = 0; k < table.size(); ++k) {
+    if (dsp::IsOn(dsp::GetBand(values, static_cast<int>(k) + 1).enabled)) {
+      magnitude *= polynomial(table[k].b0, table[k].b1, table[k].b2) /
+                   polynomial(1.0, table[k].a1, table[k].a2);
+    }
+  }
+  return Decibels(magnitude);
 }
 
 // The highest point of the curve through the samples, sixteen of them for each and by far more taps
