@@ -41,8 +41,15 @@ TEST(EffectsTest, LoudnessGivesQuietPassagesMoreBassAndTreble) {
   EXPECT_NEAR(Gain(full, 30.0, 0.1), 6.9, 1.5) << "by its own boost, too";
   EXPECT_NEAR(Gain(half, 30.0, 0.001), 6.0, 0.5);
   EXPECT_NEAR(Gain(full, 15000.0, 0.001), 3.0, 0.5);
+  EXPECT_NEAR(Gain(full, 6000.0, 0.001), 1.8, 0.1);
   EXPECT_NEAR(Gain(full, 900.0, 0.001), 0.6, 0.6);
   EXPECT_LT(Gain(full, 30.0, 0.8), 1.5);
+  SoundSettings cut = full;
+  cut.bands[5] = BandSettings{dsp::FilterType::Peaking, 900.0F, 0.2512F, 1.0F};
+  const Stereo uneven =
+      Player(kRate, cut).Play(Signal(192000, Sine(30.0, 0.001, kRate), Sine(900.0, 0.8, kRate)));
+  EXPECT_NEAR(Decibels(Amplitude(uneven.left, 30.0, kRate, 144000) / 0.001), 5.8, 0.3)
+      << "the level of both channels counts, and after the bands";
 }
 
 // Loud sound takes the boost away at once, a pause does not bring it at once.

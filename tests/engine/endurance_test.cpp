@@ -9,21 +9,14 @@ namespace engine {
 namespace {
 
 SoundSettings RandomSettings(std::mt19937& random) {
-  std::array<float, dsp::kParameterCount> values = dsp::InitialParameters();
-  const auto between = [&](float low, float high) {
-    return std::uniform_real_distribution<float>(low, high)(random);
-  };
-  for (int band = 1; band <= dsp::kBandCount; ++band) {
-    dsp::SetBand(values, band,
-                 {.type = between(0.5F, 6.0F),
-                  .frequency = std::exp(between(3.0F, 9.9F)),
-                  .gain = between(0.25F, 4.0F),
-                  .q = between(0.1F, 5.0F)});
+  const auto amount = [&] { return std::uniform_real_distribution<float>(0.0F, 1.0F)(random); };
+  SoundSettings settings{.bass = amount(), .treble = amount()};
+  for (auto& band : settings.bands) {
+    if (random() % 4 != 0) band = RandomBand(random);
   }
-  for (const int amount : {6, 223, 232, 250})
-    values[dsp::ParameterIndex(amount)] = between(-0.1F, 1.1F);
-  for (const int onOff : {5, 117, 221}) values[dsp::ParameterIndex(onOff)] = between(-0.3F, 1.0F);
-  return DecodeSettings(values);
+  if (random() % 4 != 0) settings.widener = amount();
+  if (random() % 4 != 0) settings.loudness = amount();
+  return settings;
 }
 
 Stereo Silence(std::size_t frames) {
@@ -56,8 +49,14 @@ TEST(EnduranceTest, AbsurdSetsAndSamplesPassAndSilenceReturns) {
       EXPECT_TRUE(IsSilent(player.Play(Silence(500)))) << hostile << " " << type;
     }
   }
-  Player player(48000.0);
-  EXPECT_TRUE(IsSilent(player.Play(Silence(10000))));
+  EXPECT_TRUE(IsSilent(Player(48000.0).Play(Silence(10000))));
+  // One channel turned down by what the other has too much.
+  const auto heard = [](double height) {
+    const auto constant = [](double value) { return [=](std::size_t) { return value; }; };
+    return Player(48000.0).Play(Signal(500, constant(height), constant(0.5))).right;
+  };
+  EXPECT_EQ(heard(1e30), heard(1000.0)) << "what is more than 60 dB over full scale stops there";
+  EXPECT_NE(heard(900.0), heard(1000.0));
 }
 
 // As many minutes as there are rounds, with another sound every half second: then a fresh engine

@@ -49,6 +49,16 @@ inline std::function<double(std::size_t)> Noise(double amplitude, unsigned seed 
   };
 }
 
+inline BandSettings RandomBand(std::mt19937& random) {
+  const auto between = [&](double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+  };
+  return {.type = static_cast<dsp::FilterType>(1 + random() % 5),
+          .frequency = static_cast<float>(20.0 * std::pow(1000.0, between(0.0, 1.0))),
+          .gain = static_cast<float>(std::pow(10.0, between(-0.6, 0.6))),
+          .q = static_cast<float>(between(0.1, 5.0))};
+}
+
 class Player {
  public:
   explicit Player(double rate, const SoundSettings& settings = {}) : rate_(rate) {

@@ -73,42 +73,48 @@ TEST(SoundChangeTest, FullRangeChangesDoNotClick) {
 }
 
 TEST(SoundChangeTest, FadesAlongARaisedCosineOfTwentyMilliseconds) {
-  Player player(kRate);
   const auto constant = [](double value) { return [=](std::size_t) { return value; }; };
-  const Stereo sides = Signal(2000, constant(0.1), constant(-0.1));
-  player.Play(sides);
-  player.Set({.widener = 1.0F});
-  const Stereo out = player.Play(sides);
-  for (const double part : {0.0, 0.25, 0.5, 0.75, 1.0}) {
-    const std::size_t at = LatencyFrames(kRate) + static_cast<std::size_t>(960.0 * part);
-    EXPECT_NEAR(out.left[at], 0.15 - 0.05 * std::cos(std::numbers::pi * part), 0.0005) << part;
+  const Stereo sides = Signal(4000, constant(0.1), constant(-0.1));
+  for (const double rate : {kRate, 2.0 * kRate}) {
+    Player player(rate);
+    player.Play(sides);
+    player.Set({.widener = 1.0F});
+    const Stereo out = player.Play(sides);
+    for (const double part : {0.0, 0.25, 0.5, 0.75, 1.0}) {
+      const std::size_t at = LatencyFrames(rate) + static_cast<std::size_t>(0.02 * rate * part);
+      EXPECT_NEAR(out.left[at], 0.15 - 0.05 * std::cos(std::numbers::pi * part), 0.0005) << part;
+    }
   }
 }
 
-// A filter that rings for long goes on ringing, whatever another one before it did far away.
-TEST(SoundChangeTest, GoesOnFromWhatWasHeard) {
+// A filter that rings for long goes on ringing, whatever another one before it did far away; what
+// filters held when they were taken out of the sound does not come back with them.
+TEST(SoundChangeTest, GoesOnFromWhatWasHeardAndBringsNoOldSoundBack) {
   constexpr double kDeep = 31.25;
-  constexpr std::size_t kPeriod = 1536;
   SoundSettings settings;
   settings.bands[1] = BandSettings{dsp::FilterType::Peaking, 31.25F, 3.9F, 5.0F};
   SoundSettings shelved = settings;
   shelved.bands[0] = BandSettings{dsp::FilterType::HighShelving, 10000.0F, 3.9F, 0.7F};
-  Player player(kRate, shelved);
-  player.Play(Signal(40 * kPeriod, Sine(kDeep, 0.05, kRate)));
-  player.Set(settings);
-  const Stereo out = player.Play(Signal(2 * kPeriod, Sine(kDeep, 0.05, kRate)));
-  EXPECT_NEAR(Amplitude(out.left, kDeep, kRate, kPeriod), 0.195, 0.005);
-}
+  for (const double rate : {kRate, 2.0 * kRate}) {
+    const auto period = static_cast<std::size_t>(rate / kDeep);
+    Player player(rate, shelved);
+    player.Play(Signal(40 * period, Sine(kDeep, 0.05, rate)));
+    player.Set(settings);
+    const Stereo out = player.Play(Signal(2 * period, Sine(kDeep, 0.05, rate)));
+    EXPECT_NEAR(Amplitude(out.left, kDeep, rate, period), 0.195, 0.005) << rate;
 
-// What filters held when they were taken out of the sound does not come back with them.
-TEST(SoundChangeTest, BringsNoOldSoundBack) {
-  Player player(kRate, AllBands(3.0F));
-  player.Play(Signal(kSecond, Sine(40.0, 0.05, kRate)));
-  const Stereo silence = Signal(2 * kSecond, [](std::size_t) { return 0.0; });
-  player.Set({});
-  player.Play(silence);
-  player.Set(AllBands(3.0F));
-  EXPECT_EQ(Highest(player.Play(silence).left), 0.0);
+    // Loud sound, which loudness leaves alone, it goes on leaving alone.
+    player.Set({.loudness = 1.0F});
+    player.Play(Signal(80 * period, Sine(kDeep, 0.5, rate)));
+    player.Set({.treble = 0.6F, .loudness = 1.0F});
+    EXPECT_LT(Highest(player.Play(Signal(4 * period, Sine(kDeep, 0.5, rate))).left), 0.75) << rate;
+
+    const Stereo silence = Signal(100 * period, [](std::size_t) { return 0.0; });
+    player.Set({});
+    player.Play(silence);
+    player.Set(shelved);
+    EXPECT_EQ(Highest(player.Play(silence).left), 0.0) << rate;
+  }
 }
 
 // One that comes during a fade waits, and of several the last counts.
@@ -146,8 +152,9 @@ TEST(SoundChangeTest, AnotherRateStartsFromSilence) {
 TEST(SoundChangeTest, PortionsDoNotMatter) {
   SoundSettings settings = AllBands(2.0F);
   settings.bass = settings.widener = settings.loudness = 0.7F;
-  const Stereo in = Signal(kSecond, [noise = Noise(1.0)](std::size_t i) mutable {
-    return noise(i) * (i / 3000 % 3 == 0 ? 1.0 : 0.01);
+  // Long enough between what is loud for the limiter to rest.
+  const Stereo in = Signal(7 * kSecond, [noise = Noise(1.0)](std::size_t i) mutable {
+    return noise(i) * (i / 3000 % 100 == 0 ? 1.0 : 0.01);
   });
   DesignExchange exchange;
   SoundProcessor processor(exchange);
@@ -155,7 +162,8 @@ TEST(SoundChangeTest, PortionsDoNotMatter) {
   Stereo out = in;
   processor.Process(in.left.data(), in.right.data(), out.left.data(), out.right.data(), 64);
   processor.Reset();
-  processor.Process(in.left.data(), in.right.data(), out.left.data(), out.right.data(), kSecond);
+  processor.Process(in.left.data(), in.right.data(), out.left.data(), out.right.data(),
+                    in.left.size());
   EXPECT_EQ(Player(kRate, settings).Play(in).left, out.left);
 }
 
