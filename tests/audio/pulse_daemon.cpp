@@ -85,14 +85,6 @@ void PulseDaemon::Kill() {
   server_->WaitForExit(5s);
 }
 
-void PulseDaemon::Halt() {
-  server_->Kill(SIGSTOP);
-}
-
-void PulseDaemon::Continue() {
-  server_->Kill(SIGCONT);
-}
-
 std::string PulseDaemon::Control(const std::vector<std::string>& arguments) {
   std::vector<std::string> command = {"pactl"};
   command.insert(command.end(), arguments.begin(), arguments.end());

@@ -29,9 +29,8 @@ class PulseDaemon {
   void Start();
   // Kills it outright.
   void Kill();
-  // Halts it and lets it go on.
-  void Halt();
-  void Continue();
+  // SIGSTOP halts it, SIGCONT lets it go on.
+  void Send(int signal) { server_->Kill(signal); }
 
   // Runs pactl and gives what it printed; throws when it fails.
   std::string Control(const std::vector<std::string>& arguments);

@@ -1,5 +1,6 @@
 // The backend on a real audio server that comes, goes, hangs and plays.
 #include <gmock/gmock.h>
+#include <signal.h>
 
 #include <atomic>
 #include <chrono>
@@ -104,7 +105,7 @@ TEST_F(PulseDevicesTest, ServerThatComesBackAnswersTheNextQuestion) {
 TEST_F(PulseDevicesTest, HangingServerCostsOneShortWait) {
   for (const bool isKnown : {false, true}) {
     ASSERT_TRUE(!isKnown || FirstBecomesDefault(10s));
-    daemon_.Halt();
+    daemon_.Send(SIGSTOP);
     const auto start = steady_clock::now();
     isKnown ? static_cast<void>(DefaultId()) : Register();
     EXPECT_LT(steady_clock::now() - start, kBound);
@@ -112,7 +113,7 @@ TEST_F(PulseDevicesTest, HangingServerCostsOneShortWait) {
     EXPECT_EQ(DefaultId(), u"none");
     EXPECT_EQ(PeakOf("first"), std::nullopt);
     sink_.Forget();
-    daemon_.Continue();
+    daemon_.Send(SIGCONT);
     EXPECT_TRUE(sink_.WaitFor({Kind::DefaultChanged, IdOf("first")}, 10s))
         << "whoever was turned away is told to look again";
     EXPECT_EQ(DefaultId(), IdOf("first"));

@@ -50,7 +50,7 @@ class Recording {
 };
 
 class EngineSession : public testing::Test {
- protected:
+ public:
   static constexpr std::chrono::seconds kSoon{5};
 
   EngineSession();

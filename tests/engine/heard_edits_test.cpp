@@ -11,12 +11,6 @@ namespace {
 
 // The audio's half; the panel's is the test's own.
 class Sound : public engine::EngineSession {
- public:
-  using EngineSession::Play;
-  using EngineSession::Record;
-  using EngineSession::StartEngine;
-
- private:
   void TestBody() override {}
 };
 
