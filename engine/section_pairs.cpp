@@ -9,12 +9,10 @@
 namespace engine {
 namespace {
 
-#define TONALYX_INLINE __attribute__((always_inline))
-
 // One after the other, for one frame: short enough for the processor to have several frames on the
 // way at once, few enough states for its registers.
 template <std::size_t kCount, typename Lanes, typename Coefficients, typename States>
-TONALYX_INLINE inline void Step(const Coefficients& c, States& s, Lanes& x) {
+[[gnu::always_inline]] inline void Step(const Coefficients& c, States& s, Lanes& x) {
 #pragma GCC unroll 8
   for (std::size_t i = 0; i < kCount; ++i) {
     const Lanes y = x + s[i].s1;
@@ -52,15 +50,15 @@ struct PairState {
   Pair s1, s2;
 };
 
-TONALYX_INLINE inline void Put(Pair& pair, Frame first, Frame second) {
+[[gnu::always_inline]] inline void Put(Pair& pair, Frame first, Frame second) {
   pair = __builtin_shufflevector(first.lanes, second.lanes, 0, 1, 2, 3);
 }
 
-TONALYX_INLINE inline Frame First(const Pair& pair) {
+[[gnu::always_inline]] inline Frame First(const Pair& pair) {
   return MakeFrame(pair[0], pair[1]);
 }
 
-TONALYX_INLINE inline Frame Second(const Pair& pair) {
+[[gnu::always_inline]] inline Frame Second(const Pair& pair) {
   return MakeFrame(pair[2], pair[3]);
 }
 
@@ -101,21 +99,19 @@ TONALYX_AVX2 void RunSideBySide(const SectionCoefficients* coefficients, Section
   RunSections<kPairs>(coefficients + kPairs, states + kPairs, {earlier, kLag, stride});
 }
 
-using Run = void (*)(const SectionCoefficients*, SectionState*, const SpacedFrames&);
-
-template <std::size_t... kLess>
-constexpr std::array<Run, kMaxPairs> PlainRuns(std::index_sequence<kLess...> /*sizes*/) {
-  return {RunPlainly<kLess + 1>...};
+template <bool kWide, std::size_t... kLess>
+constexpr auto RunsOf(std::index_sequence<kLess...> /*sizes*/) {
+  if constexpr (kWide) {
+    return std::array{RunSideBySide<kLess + 1>...};
+  } else {
+    return std::array{RunPlainly<kLess + 1>...};
+  }
 }
 
-template <std::size_t... kLess>
-constexpr std::array<Run, kMaxPairs> WideRuns(std::index_sequence<kLess...> /*sizes*/) {
-  return {RunSideBySide<kLess + 1>...};
-}
-
-void RunPairsSideBySide(std::size_t pairs, const SectionCoefficients* coefficients,
-                        SectionState* states, const SpacedFrames& frames) {
-  constexpr auto kRuns = WideRuns(std::make_index_sequence<kMaxPairs>());
+template <bool kWide>
+void RunPairs(std::size_t pairs, const SectionCoefficients* coefficients, SectionState* states,
+              const SpacedFrames& frames) {
+  constexpr auto kRuns = RunsOf<kWide>(std::make_index_sequence<kMaxPairs>());
   kRuns[pairs - 1](coefficients, states, frames);
 }
 
@@ -123,12 +119,11 @@ void RunPairsSideBySide(std::size_t pairs, const SectionCoefficients* coefficien
 
 void RunPairsPlainly(std::size_t pairs, const SectionCoefficients* coefficients,
                      SectionState* states, const SpacedFrames& frames) {
-  constexpr auto kRuns = PlainRuns(std::make_index_sequence<kMaxPairs>());
-  kRuns[pairs - 1](coefficients, states, frames);
+  RunPairs<false>(pairs, coefficients, states, frames);
 }
 
 PairRunner BestPairRunner() noexcept {
-  return HasAvx2() ? RunPairsSideBySide : RunPairsPlainly;
+  return HasAvx2() ? RunPairs<true> : RunPairs<false>;
 }
 
 }  // namespace engine

@@ -25,7 +25,8 @@ struct SpacedFrames {
 
 inline constexpr std::size_t kMaxPairs = 6;
 
-// Runs so many pairs of sections, 1 to kMaxPairs, one section after the other. Audio thread.
+// Runs twice so many sections as pairs, 1 to kMaxPairs, one after the other. The two of a pair are
+// half of the sections apart: that is how they fit into one register. Audio thread.
 using PairRunner = void (*)(std::size_t pairs, const SectionCoefficients* coefficients,
                             SectionState* states, const SpacedFrames& frames);
 
