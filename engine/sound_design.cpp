@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "dsp/biquad.h"
 
@@ -90,16 +89,6 @@ SoundDesign DesignSound(const SoundSettings& settings, double sampleRate) {
   design.width = 1.0 + (kHighestWidth - 1.0) * settings.widener;
   design.loudness = settings.loudness;
   return design;
-}
-
-double Magnitude(const SoundDesign& design, std::span<const Section> sections, double frequency) {
-  const auto delay = std::polar(1.0, -2.0 * std::numbers::pi * frequency / design.sampleRate *
-                                         static_cast<double>(design.stride));
-  double magnitude = 1.0;
-  for (const Section& section : sections) {
-    magnitude *= std::abs(Response(section, delay));
-  }
-  return magnitude;
 }
 
 }  // namespace engine

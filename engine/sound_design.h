@@ -47,7 +47,4 @@ struct SoundDesign {
 // millisecond at other rates. `sampleRate` in Hz.
 SoundDesign DesignSound(const SoundSettings& settings, double sampleRate);
 
-// The magnitude of `sections`, one after the other, at `frequency` Hz: a linear factor.
-double Magnitude(const SoundDesign& design, std::span<const Section> sections, double frequency);
-
 }  // namespace engine

@@ -24,13 +24,12 @@ class StatusSocket {
  public:
   using Teller = std::function<std::string()>;
 
-  // Takes the place of a socket that a killed engine left behind.
+  // Takes the place of a socket that a killed engine left behind. Where none can be made nobody is
+  // told anything.
   StatusSocket(pw_loop* loop, const std::filesystem::path& path, Teller tell);
   ~StatusSocket();
   StatusSocket(const StatusSocket&) = delete;
   StatusSocket& operator=(const StatusSocket&) = delete;
-
-  bool IsServing() const { return source_ != nullptr; }
 
  private:
   static void OnConnection(void* socket, int descriptor, std::uint32_t mask);
