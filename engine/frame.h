@@ -24,16 +24,6 @@ inline Frame Both(double value) {
   return MakeFrame(value, value);
 }
 
-// What is no number becomes 0, what lies beyond `limit` stops there.
-inline Frame Limited(Frame frame, double limit) {
-  const Frame::Lanes zero{};
-  const Frame::Lanes highest = Both(limit).lanes;
-  // NOLINTNEXTLINE(misc-redundant-expression): what is no number is not equal to itself either
-  const Frame::Lanes number = frame.lanes == frame.lanes ? frame.lanes : zero;
-  const Frame::Lanes below = number < highest ? number : highest;
-  return {below > -highest ? below : -highest};
-}
-
 inline Frame Swapped(Frame frame) {
   return MakeFrame(frame.lanes[1], frame.lanes[0]);
 }

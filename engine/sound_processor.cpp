@@ -16,7 +16,17 @@ constexpr double kFadeTime = 0.02;  // s
 
 // 60 dB over full scale. Nothing that is meant to be heard comes near, and whatever passes can be
 // computed with.
-constexpr double kHighestInput = 1000.0;
+constexpr float kHighestInput = 1000.0F;
+
+// What is no number becomes 0, what lies beyond the highest stops there.
+void Limit(const float* samples, std::size_t count, float* limited) {
+  for (std::size_t i = 0; i < count; ++i) {
+    const float x = samples[i];
+    const float below = x < kHighestInput ? x : kHighestInput;
+    const float between = below > -kHighestInput ? below : -kHighestInput;
+    limited[i] = std::isnan(x) ? 0.0F : between;
+  }
+}
 
 }  // namespace
 
@@ -94,9 +104,13 @@ void SoundProcessor::Process(const float* inLeft, const float* inRight, float* o
       if (const SoundDesign* next = exchange_.Take()) state.Take(*next);
     }
     const std::size_t count = std::min(frames - done, kBlockFrames - state.framesInBlock);
+    std::array<float, kBlockFrames> left;
+    std::array<float, kBlockFrames> right;
+    Limit(inLeft + done, count, left.data());
+    Limit(inRight + done, count, right.data());
     State::Block block;
     for (std::size_t f = 0; f < count; ++f) {
-      block[f] = Limited(MakeFrame(inLeft[done + f], inRight[done + f]), kHighestInput);
+      block[f] = MakeFrame(left[f], right[f]);
     }
     state.Run(block.data(), count);
     state.limiter.Process(block.data(), count, outLeft + done, outRight + done);
