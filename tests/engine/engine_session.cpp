@@ -87,7 +87,7 @@ support::ProcessResult EngineSession::Run(const std::vector<std::string>& comman
   return support::RunProcess(command, environment_);
 }
 
-std::unique_ptr<ChildProcess> EngineSession::Play(int rate) {
+std::unique_ptr<ChildProcess> EngineSession::Play(int rate, const std::string& property) {
   std::vector<float> second;
   for (int i = 0; i < rate; ++i) {
     double value = 0.0;
@@ -97,7 +97,7 @@ std::unique_ptr<ChildProcess> EngineSession::Play(int rate) {
     second.push_back(static_cast<float>(value));
     second.push_back(static_cast<float>(0.5 * value));
   }
-  return server_.Play(second, {"--latency-msec=300"});
+  return server_.Play(second, {"--latency-msec=300", "--property=" + property});
 }
 
 std::unique_ptr<Recording> EngineSession::Record(const std::string& sink, int rate) const {
@@ -140,10 +140,11 @@ milliseconds EngineSession::WaitForLevel(const Recording& recording, double deci
   return std::chrono::duration_cast<milliseconds>(Clock::now() - begin);
 }
 
-void EngineSession::MoveStream(const std::string& sink) {
+void EngineSession::MoveStream(const std::string& sink, bool isBrief) {
   const auto stream = NodeProperties("sink-inputs", "pacat").at("object.id").get<std::string>();
   const auto target = NodeProperties("sinks", sink);
   Run({"pw-metadata", "--", stream, "target.node", target.value("object.id", "-1"), "Spa:Id"});
+  if (isBrief) return;
   Run({"pw-metadata", "--", stream, "target.object", target.value("object.serial", "-1"),
        "Spa:Id"});
 }

@@ -63,7 +63,9 @@ class EngineSession : public testing::Test {
   nlohmann::json Status() const;
   support::ProcessResult Run(const std::vector<std::string>& command) const;
 
-  std::unique_ptr<support::ChildProcess> Play(int rate = 48000);
+  // `property` is one of the stream's, as NAME=VALUE.
+  std::unique_ptr<support::ChildProcess> Play(int rate = 48000,
+                                              const std::string& property = "a=b");
   std::unique_ptr<Recording> Record(const std::string& sink, int rate = 48000) const;
   // The properties of a node, `kind` being sinks or sink-inputs.
   nlohmann::json NodeProperties(const std::string& kind, const std::string& name);
@@ -79,8 +81,9 @@ class EngineSession : public testing::Test {
   bool Wake();
 
   // Moves the playing program's stream, with an empty name back to the default: by the words of
-  // pipewire-pulse, which loses them when the one who asked, like pactl, leaves at once.
-  void MoveStream(const std::string& sink);
+  // pipewire-pulse, which loses them when the one who asked, like pactl, leaves at once. `isBrief`
+  // leaves the word out that counts more.
+  void MoveStream(const std::string& sink, bool isBrief = false);
   // How long it took until the tone at 1 kHz had that level; a failure when it does not come.
   std::chrono::milliseconds WaitForLevel(const Recording& recording, double decibels) const;
 

@@ -178,6 +178,10 @@ TEST_F(EngineTest, PlaysWhereTheUserWants) {
   }
   WaitForLevel(*speakers, -6.0);
   // A stream that the user moves is the user's, until it goes back to the default.
+  MoveStream("hdmi", true);
+  WaitForLevel(*hdmi, 0.0);
+  MoveStream("");
+  WaitForLevel(*speakers, -6.0);
   MoveStream("hdmi");
   WaitForLevel(*hdmi, 0.0);
   // The next engine finds it there, and leaves it.
@@ -227,6 +231,18 @@ TEST_F(EngineTest, SoundGoesOnWithoutIt) {
   auto engine = StartEngine();
   WaitForLevel(*recording, -6.0);
 
+  {
+    // Who has chosen where to play, or is a part of a filter, is left alone.
+    const auto target = Play(48000, "node.target=hdmi");
+    const auto filter = Play(48000, "node.link-group=filter");
+    const auto loyal = Play(48000, "node.dont-reconnect=true");
+    EXPECT_TRUE(Eventually([&] {
+      return std::ranges::count(server_.Control({"list", "short", "sink-inputs"}), '\n') == 5;
+    })) << "four programs and the engine";
+    std::this_thread::sleep_for(milliseconds(300));
+    const std::string words = Run({"pw-metadata"}).output;
+    EXPECT_EQ(words.find("tonalyx-engine"), words.rfind("tonalyx-engine")) << words;
+  }
   const support::ProcessResult second = Run({TONALYX_BIN_DIR "/tonalyx-engine"});
   EXPECT_EQ(second.exitStatus, 1);
   EXPECT_THAT(second.errors, HasSubstr("VelsonaGFXPropEvent"));
@@ -235,6 +251,11 @@ TEST_F(EngineTest, SoundGoesOnWithoutIt) {
   EXPECT_EQ(support::RunProcess({TONALYX_BIN_DIR "/tonalyx-engine"}, otherRoot).exitStatus, 1)
       << "one engine for each session, whatever its store";
   WaitForLevel(*recording, -6.0);
+
+  const auto events = [&] { return std::distance(fs::directory_iterator(root_ / "events"), {}); };
+  const auto before = events();
+  server_.AddSink("third");
+  EXPECT_TRUE(Eventually([&] { return events() == before + 4; })) << "those of a new endpoint";
 
   engine->Kill(SIGKILL);
   WaitForLevel(*recording, 0.0);
@@ -251,7 +272,8 @@ TEST_F(EngineTest, SoundGoesOnWithoutIt) {
 TEST_F(EngineTest, EndsWithTheServerAndOutlivesTheSessionManager) {
   StoreTwoSettings(kLineOut);
   auto engine = StartEngine();
-  auto player = Play();
+  // The program's own word that the default is meant.
+  const auto player = Play(48000, "target.object=-1");
   const auto recording = Record("speakers");
   WaitForLevel(*recording, -6.0);
   int manager = 0;
