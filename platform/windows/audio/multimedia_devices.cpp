@@ -112,7 +112,7 @@ std::unique_ptr<AudioDeviceEnumerator> MultimediaDevices::CreateEnumerator() {
   if (!calls_.Run([endpoints] { *endpoints = ReadRenderEndpoints(); }) || !*endpoints) {
     return nullptr;
   }
-  return std::make_unique<Enumerator>(*this, **std::move(endpoints));
+  return std::make_unique<Enumerator>(*this, std::move(**endpoints));
 }
 
 HResult MultimediaDevices::Register(EndpointNotificationSink& sink) {
