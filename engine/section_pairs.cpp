@@ -36,8 +36,13 @@ void RunSections(const SectionCoefficients* c, SectionState* states, const Space
 
 template <std::size_t kPairs>
 void RunPlainly(const SectionCoefficients* c, SectionState* states, const SpacedFrames& frames) {
-  RunSections<kPairs>(c, states, frames);
-  RunSections<kPairs>(c + kPairs, states + kPairs, frames);
+  constexpr std::size_t kMostAtOnce = 6;
+  if constexpr (2 * kPairs <= kMostAtOnce) {
+    RunSections<2 * kPairs>(c, states, frames);
+  } else {
+    RunSections<kPairs>(c, states, frames);
+    RunSections<kPairs>(c + kPairs, states + kPairs, frames);
+  }
 }
 
 using Pair __attribute__((vector_size(2 * sizeof(Frame)))) = double;
