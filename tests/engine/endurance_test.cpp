@@ -57,6 +57,7 @@ TEST(EnduranceTest, AbsurdSetsAndSamplesPassAndSilenceReturns) {
   };
   EXPECT_EQ(heard(1e30), heard(1000.0)) << "what is more than 60 dB over full scale stops there";
   EXPECT_NE(heard(900.0), heard(1000.0));
+  EXPECT_EQ(heard(dsp::kNan), heard(0.0));
 }
 
 // As many minutes as there are rounds, with another sound every half second: then a fresh engine
