@@ -22,11 +22,11 @@ using Argb = std::uint32_t;
 
 enum class PixelFormat { Argb32, PremultipliedArgb32 };
 enum class CompositingMode { SourceOver, SourceCopy };
-enum class CompositingQuality { Default, HighSpeed, HighQuality };
+enum class CompositingQuality { HighSpeed, HighQuality };
 enum class SmoothingMode { None, HighSpeed, AntiAlias };
-enum class PixelOffsetMode { Default, None, HighSpeed, HighQuality, Half };
+enum class PixelOffsetMode { None, HighSpeed };
 enum class InterpolationMode { Default, NearestNeighbor, Bilinear, HighQualityBicubic };
-enum class TextRenderingHint { SystemDefault, AntiAlias, AntiAliasGridFit };
+enum class TextRenderingHint { AntiAlias, AntiAliasGridFit };
 enum class StringFormat { None, GenericDefault, GenericTypographic };
 enum class FontStyle { Regular, Bold };
 
@@ -116,9 +116,9 @@ class Path {
   std::unique_ptr<Impl> impl_;
 };
 
-// Draws onto one target while it lives. Pixel centres lie at integer coordinates unless the pixel
-// offset mode is Half or HighQuality; the ends of a line are painted; the outline of a rectangle of
-// w x h covers w + 1 by h + 1 pixels.
+// Draws onto one target while it lives. Pixel centres lie at integer coordinates in both pixel
+// offset modes; the ends of a line are painted; the outline of a rectangle of w x h covers w + 1 by
+// h + 1 pixels.
 class Graphics {
  public:
   struct Impl;
@@ -142,7 +142,6 @@ class Graphics {
 
   // Replaces the clip; clips are not anti-aliased.
   void SetClip(const Rect& clip);
-  void ResetClip();
 
   void Clear(Argb color);
   void DrawLine(const Pen& pen, PointF from, PointF to);

@@ -21,7 +21,6 @@ class WineLacks : public testing::Environment {
         {"TheIndicatorPointsWhereThePositionSays", "an ellipse is a pixel too small"},
         {"LinesAndHeaderGrowWithTheResolution", "lines are whole pixels wide"},
         {"TheAdvancedEntryIsAsWideAsWhatItShows", "widths are those of hinted glyphs"},
-        {"PixelOffsetHalfMovesPixelCentres", "shapes are not anti-aliased"},
         {"GradientRepeatsOutsideItsPoints", "an ellipse is a pixel too small"},
         {"ScaledImagesFilterFirstStayInPlaceAndTakeNoColourFromTransparency",
          "bicubic scaling does not filter first"},

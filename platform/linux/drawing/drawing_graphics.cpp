@@ -33,9 +33,7 @@ void Graphics::SetSmoothingMode(SmoothingMode mode) {
   impl_->painter.setRenderHint(QPainter::Antialiasing, mode == SmoothingMode::AntiAlias);
 }
 
-void Graphics::SetPixelOffsetMode(PixelOffsetMode mode) {
-  impl_->pixelOffset = mode;
-}
+void Graphics::SetPixelOffsetMode(PixelOffsetMode) {}
 
 void Graphics::SetInterpolationMode(InterpolationMode mode) {
   impl_->interpolation = mode;
@@ -51,10 +49,6 @@ void Graphics::SetTextRenderingHint(TextRenderingHint hint) {
 void Graphics::SetClip(const Rect& clip) {
   if (!impl_->painter.isActive()) return;
   impl_->painter.setClipRect(QRect(clip.left, clip.top, clip.Width(), clip.Height()));
-}
-
-void Graphics::ResetClip() {
-  if (impl_->painter.isActive()) impl_->painter.setClipping(false);
 }
 
 void Graphics::Clear(Argb color) {

@@ -32,17 +32,12 @@ struct Graphics::Impl {
 
   // Inactive when there is nothing to draw on; drawing then does nothing.
   QPainter painter;
-  PixelOffsetMode pixelOffset = PixelOffsetMode::Default;
   InterpolationMode interpolation = InterpolationMode::Default;
-  TextRenderingHint textHint = TextRenderingHint::SystemDefault;
-
-  // From drawing coordinates to the painter's, whose pixel centres lie at halves.
-  qreal Offset() const {
-    const bool centresAtHalves =
-        pixelOffset == PixelOffsetMode::Half || pixelOffset == PixelOffsetMode::HighQuality;
-    return centresAtHalves ? 0.0 : 0.5;
-  }
+  TextRenderingHint textHint = TextRenderingHint::AntiAliasGridFit;
 };
+
+// From drawing coordinates to the painter's, whose pixel centres lie at halves.
+inline constexpr qreal kPixelCentre = 0.5;
 
 inline QColor ToColor(Argb color) {
   return QColor::fromRgba(color);

@@ -15,17 +15,15 @@ namespace {
 // Moves the painter's origin to the centre of the first pixel while it lives.
 class PixelCentres {
  public:
-  explicit PixelCentres(Graphics::Impl& graphics)
-      : painter_(graphics.painter), offset_(graphics.Offset()) {
-    painter_.translate(offset_, offset_);
+  explicit PixelCentres(Graphics::Impl& graphics) : painter_(graphics.painter) {
+    painter_.translate(kPixelCentre, kPixelCentre);
   }
-  ~PixelCentres() { painter_.translate(-offset_, -offset_); }
+  ~PixelCentres() { painter_.translate(-kPixelCentre, -kPixelCentre); }
   PixelCentres(const PixelCentres&) = delete;
   PixelCentres& operator=(const PixelCentres&) = delete;
 
  private:
   QPainter& painter_;
-  qreal offset_;
 };
 
 QRectF ToQRectF(const RectF& rect) {
@@ -84,9 +82,9 @@ QPen ToPen(const Pen& pen) {
 
 void Graphics::DrawLine(const Pen& pen, PointF from, PointF to) {
   if (!impl_->painter.isActive() || !IsFinite(from) || !IsFinite(to)) return;
-  const qreal offset = impl_->Offset();
-  const QPointF start(static_cast<qreal>(from.x) + offset, static_cast<qreal>(from.y) + offset);
-  const QPointF end(static_cast<qreal>(to.x) + offset, static_cast<qreal>(to.y) + offset);
+  const QPointF centre(kPixelCentre, kPixelCentre);
+  const QPointF start = QPointF(static_cast<qreal>(from.x), static_cast<qreal>(from.y)) + centre;
+  const QPointF end = QPointF(static_cast<qreal>(to.x), static_cast<qreal>(to.y)) + centre;
   const qreal half = std::max(static_cast<qreal>(pen.width), 1.0) / 2.0;
   // Both end pixels are painted, so a line reaches half a pixel beyond the centres of its ends.
   if (start.y() == end.y() || start.x() == end.x()) {
@@ -109,9 +107,8 @@ void Graphics::DrawLine(const Pen& pen, PointF from, PointF to) {
 
 void Graphics::DrawRectangle(const Pen& pen, const RectF& rect) {
   if (!impl_->painter.isActive()) return;
-  const qreal offset = impl_->Offset();
   const qreal half = std::max(static_cast<qreal>(pen.width), 1.0) / 2.0;
-  const QRectF middle = ToQRectF(rect).translated(offset, offset);
+  const QRectF middle = ToQRectF(rect).translated(kPixelCentre, kPixelCentre);
   const QRectF outer = middle.adjusted(-half, -half, half, half);
   const QRectF inner = middle.adjusted(half, half, -half, -half);
   const QColor color = ToColor(pen.color);

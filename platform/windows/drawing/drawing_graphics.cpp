@@ -80,17 +80,9 @@ void Graphics::SetCompositingMode(CompositingMode mode) {
 }
 
 void Graphics::SetCompositingQuality(CompositingQuality quality) {
-  switch (quality) {
-    case CompositingQuality::Default:
-      impl_->surface.SetCompositingQuality(Gdiplus::CompositingQualityDefault);
-      return;
-    case CompositingQuality::HighSpeed:
-      impl_->surface.SetCompositingQuality(Gdiplus::CompositingQualityHighSpeed);
-      return;
-    case CompositingQuality::HighQuality:
-      impl_->surface.SetCompositingQuality(Gdiplus::CompositingQualityHighQuality);
-      return;
-  }
+  impl_->surface.SetCompositingQuality(quality == CompositingQuality::HighSpeed
+                                           ? Gdiplus::CompositingQualityHighSpeed
+                                           : Gdiplus::CompositingQualityHighQuality);
 }
 
 void Graphics::SetSmoothingMode(SmoothingMode mode) {
@@ -108,23 +100,9 @@ void Graphics::SetSmoothingMode(SmoothingMode mode) {
 }
 
 void Graphics::SetPixelOffsetMode(PixelOffsetMode mode) {
-  switch (mode) {
-    case PixelOffsetMode::Default:
-      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeDefault);
-      return;
-    case PixelOffsetMode::None:
-      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeNone);
-      return;
-    case PixelOffsetMode::HighSpeed:
-      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHighSpeed);
-      return;
-    case PixelOffsetMode::HighQuality:
-      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHighQuality);
-      return;
-    case PixelOffsetMode::Half:
-      impl_->surface.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
-      return;
-  }
+  impl_->surface.SetPixelOffsetMode(mode == PixelOffsetMode::HighSpeed
+                                        ? Gdiplus::PixelOffsetModeHighSpeed
+                                        : Gdiplus::PixelOffsetModeNone);
 }
 
 void Graphics::SetInterpolationMode(InterpolationMode mode) {
@@ -145,25 +123,13 @@ void Graphics::SetInterpolationMode(InterpolationMode mode) {
 }
 
 void Graphics::SetTextRenderingHint(TextRenderingHint hint) {
-  switch (hint) {
-    case TextRenderingHint::SystemDefault:
-      impl_->surface.SetTextRenderingHint(Gdiplus::TextRenderingHintSystemDefault);
-      return;
-    case TextRenderingHint::AntiAlias:
-      impl_->surface.SetTextRenderingHint(Gdiplus::TextRenderingHintAntiAlias);
-      return;
-    case TextRenderingHint::AntiAliasGridFit:
-      impl_->surface.SetTextRenderingHint(Gdiplus::TextRenderingHintAntiAliasGridFit);
-      return;
-  }
+  impl_->surface.SetTextRenderingHint(hint == TextRenderingHint::AntiAlias
+                                          ? Gdiplus::TextRenderingHintAntiAlias
+                                          : Gdiplus::TextRenderingHintAntiAliasGridFit);
 }
 
 void Graphics::SetClip(const Rect& clip) {
   impl_->surface.SetClip(ToNative(clip));
-}
-
-void Graphics::ResetClip() {
-  impl_->surface.ResetClip();
 }
 
 void Graphics::Clear(Argb color) {
