@@ -41,6 +41,7 @@ TEST(EffectsTest, LoudnessGivesQuietPassagesMoreBassAndTreble) {
   EXPECT_NEAR(Gain(full, 30.0, 0.1), 6.9, 1.5) << "by its own boost, too";
   EXPECT_NEAR(Gain(half, 30.0, 0.001), 6.0, 0.5);
   EXPECT_NEAR(Gain(full, 15000.0, 0.001), 3.0, 0.5);
+  EXPECT_NEAR(Gain(full, 120.0, 0.001, 2.0 * kRate), 9.2, 0.3);
   EXPECT_NEAR(Gain(full, 6000.0, 0.001), 1.8, 0.1);
   EXPECT_NEAR(Gain(full, 900.0, 0.001), 0.6, 0.6);
   EXPECT_LT(Gain(full, 30.0, 0.8), 1.5);
