@@ -56,6 +56,23 @@ TEST_F(MainWindowTest, WarnsWhileAnotherAdapterPlays) {
   EXPECT_TRUE(Eventually([&] { return !ShowsWarning(); }, seconds(3)));
 }
 
+TEST_F(MainWindowTest, TheLogoOpensTheMakersSite) {
+  const std::filesystem::path browser = folder_ / "xdg-open";
+  std::ofstream(browser) << "#!/bin/sh\necho \"$1\" >" << folder_ / "opened"
+                         << "\n";
+  std::filesystem::permissions(browser, std::filesystem::perms::owner_all);
+  environment_["PATH"] = folder_.string() + ":" + std::getenv("PATH");
+  if (home_.IsWindows()) {
+    support::RunProcess({"wine", "reg", "add", R"(HKCU\Software\Wine\WineBrowser)", "/v",
+                         "Browsers", "/d", browser.string(), "/f"},
+                        environment_);
+  }
+  Open("standard");
+  ClickSkin({291, 405});
+  EXPECT_TRUE(Eventually(
+      [&] { return support::ReadFile(folder_ / "opened") == "https://www.norvane.example/\n"; }));
+}
+
 TEST_F(MainWindowTest, HasItsSizeAndTransparentCornersAndMovesByItsCaption) {
   Open("davrin");
   EXPECT_EQ(window_.width, static_cast<int>(1802 * desktop_.Dpi() / 240.0));

@@ -44,12 +44,8 @@ class OwnDevicesTest : public PanelTest {
            {key, R"("HardwareID"=hex(7):)" + list + "00,00"}});
   }
   // The server's sink as the default endpoint with a jack, under the GUID by which Wine then knows
-  // it; and who is called to open a web location.
-  void PlantEndpointAndBrowser() {
-    const std::filesystem::path browser = folder_ / "browser";
-    std::ofstream(browser) << "#!/bin/sh\necho \"$1\" >" << folder_ / "opened"
-                           << "\n";
-    std::filesystem::permissions(browser, std::filesystem::perms::owner_all);
+  // it.
+  void PlantEndpoint() {
     Plant({{kWine + "Drivers", R"("Audio"="pulse")"},
            {kWine + R"(Drivers\winepulse.drv)",
             R"("DefaultOutput"="{0.0.0.00000000}.)" + kGuid + "\""},
@@ -57,8 +53,7 @@ class OwnDevicesTest : public PanelTest {
             R"("guid"=hex:70,9e,1c,5b,54,3a,0f,4d,8c,26,7f,1e,02,a9,d4,01)"},
            {kEndpoint + R"(\Properties)",
             R"("{1DA5D803-D492-4EDD-8C23-E0C0FFEE7F0E},8"=")" + kSpeakerKey + "\""},
-           Jack(6),
-           {kWine + "WineBrowser", R"("Browsers"=")" + browser.string() + "\""}});
+           Jack(6)});
   }
   static std::pair<std::string, std::string> Jack(int number) {
     return {kEndpoint + R"(\FxProperties)", R"("{1496451E-75E5-484F-9914-A9F246BC960F},)" +
@@ -72,7 +67,7 @@ TEST_F(OwnDevicesTest, TheCodecDecidesAndTheEndpointsRouteIsShownAndEdited) {
   EXPECT_EQ(Run("tonalyx", {"/init"}).exitStatus, 67);
   EXPECT_EQ(Run("regtool", {"query", "HKLM\\SOFTWARE\\Norvane"}).exitStatus, 1);
   PlantCodec(resources::kStandardSample);
-  PlantEndpointAndBrowser();
+  PlantEndpoint();
   ImportSample();
   EXPECT_NE(Log().find("SSID 0x" + Hexadecimal(resources::kStandardSample, 8) +
                        " was supported by Tonalyx\r\n"),
@@ -87,12 +82,6 @@ TEST_F(OwnDevicesTest, TheCodecDecidesAndTheEndpointsRouteIsShownAndEdited) {
   Plant({Jack(4)});
   ParkPointer();
   EXPECT_TRUE(ShowsPicture(off)) << "headphones are plugged in";
-  ClickSkin({291, 405});
-  EXPECT_TRUE(Eventually([&] {
-    std::string location;
-    std::ifstream(folder_ / "opened") >> location;
-    return location == "https://www.norvane.example/";
-  }));
   EXPECT_EQ(ClosePanel(), 0);
 
   Plant({{kWine + "Drivers", R"("Audio"="")"}});

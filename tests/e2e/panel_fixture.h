@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -24,6 +23,7 @@
 #include "resources/templates.h"
 #include "tests/e2e/tested_home.h"
 #include "tests/support/child_process.h"
+#include "tests/support/files.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/x11_desktop.h"
 #include "ui/controls/plot/plot_geometry.h"
@@ -239,10 +239,7 @@ class PanelTest : public testing::Test {
     return std::filesystem::path(std::getenv("WINEPREFIX")) / "drive_c" / "Program Files (x86)" /
            "Norvane" / "Tonalyx" / "Velsona.txt";
   }
-  std::string Log() const {
-    std::ifstream file(LogFile(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string Log() const { return support::ReadFile(LogFile()); }
 
   support::TemporaryFolder temporary_;
   const std::filesystem::path folder_ = temporary_.Path();

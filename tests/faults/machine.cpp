@@ -113,11 +113,6 @@ int Complaints(const std::string& errors) {
   return count;
 }
 
-std::string ReadFile(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 void WriteFile(const fs::path& file, std::string_view bytes) {
   std::ofstream(file, std::ios::binary).write(bytes.data(), std::ssize(bytes));
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/support/child_process.h"
+#include "tests/support/files.h"
 #include "tests/support/registry_tree.h"
 #include "tests/support/temporary_folder.h"
 
@@ -59,7 +60,7 @@ const support::Tree& InstalledTree(Tuning tuning);
 // Lines of the program's own complaints.
 int Complaints(const std::string& errors);
 
-std::string ReadFile(const std::filesystem::path& file);
+using support::ReadFile;
 void WriteFile(const std::filesystem::path& file, std::string_view bytes);
 
 // How often a test's loop goes round: TONALYX_FAULT_ROUNDS times what suits its nature, at least

@@ -6,12 +6,11 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 
 #include "tests/fuzz/fuzz_target.h"
+#include "tests/support/files.h"
 
 namespace {
 
@@ -40,9 +39,7 @@ int main(int, char** argv) {
   std::map<std::string, std::string> files;
   std::size_t longest = 0;
   for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
-    std::ifstream stream(entry.path(), std::ios::binary);
-    std::string& bytes = files[entry.path().filename()];
-    bytes = {std::istreambuf_iterator<char>(stream), {}};
+    const std::string& bytes = files[entry.path().filename()] = support::ReadFile(entry.path());
     longest = std::max(longest, bytes.size());
     Feed(entry.path().filename(), "whole", bytes.size(), bytes);
   }

@@ -6,9 +6,7 @@
 
 #include "platform/resources.h"
 #include "platform/screen.h"
-#include "resources/resource_ids.h"
 #include "tests/controls/picture.h"
-#include "tests/main/artwork.h"
 
 namespace ui {
 namespace {
@@ -47,20 +45,6 @@ TEST(PngResourceTest, AnImageIsScaledWellAndOnce) {
   const auto loaded = LoadPngResource(201, 240.0F);
   ASSERT_TRUE(loaded);
   EXPECT_TRUE(SamePixels(*loaded, expected));
-}
-
-TEST(ResourceIds, TheDialogsPicturesAreThoseOfTheArtworksList) {
-  const auto roles = ArtworkRoles();
-  EXPECT_EQ(resources::kImageCloseButton, roles.at("dialog close button"));
-  EXPECT_EQ(resources::kImageExpandButton, roles.at("dialog button, expand"));
-  EXPECT_EQ(resources::kImageCollapseButton, roles.at("dialog button, collapse"));
-  EXPECT_EQ(resources::kImageGreyDot, roles.at("dot, grey"));
-  EXPECT_EQ(resources::kImageCyanDot, roles.at("dot, cyan"));
-  EXPECT_EQ(resources::kImageHeader, roles.at("dialog header"));
-  EXPECT_EQ(resources::kImageMenuButton, roles.at("dialog menu button"));
-  EXPECT_EQ(resources::kImageDarkDot, roles.at("dot, small and dark"));
-  EXPECT_EQ(resources::kImageRedDot, roles.at("dot, red"));
-  EXPECT_EQ(resources::kDialogTileBitmap, roles.at("dialog background tile"));
 }
 
 }  // namespace

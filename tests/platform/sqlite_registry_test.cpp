@@ -16,6 +16,7 @@
 
 #include "platform/fake/fake_registry.h"
 #include "tests/platform/registry_contract.h"
+#include "tests/support/files.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/temporary_folder.h"
 
@@ -69,11 +70,6 @@ class SqliteRegistryTest : public testing::Test {
     EXPECT_EQ(sqlite3_exec(connection, sql, nullptr, nullptr, nullptr), SQLITE_OK)
         << sqlite3_errmsg(connection);
     sqlite3_close(connection);
-  }
-
-  static std::string Contents(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
   }
 
   support::TemporaryFolder temporary_;
@@ -215,14 +211,14 @@ TEST_F(SqliteRegistryTest, ALinkInTheDatabasesPlaceLeadsNowhereButAnEmptyFileIsA
   Execute("CREATE TABLE other(x)", elsewhere / "database");
   for (const char* target : {"empty", "database", "missing"}) {
     SCOPED_TRACE(target);
-    const std::string before = Contents(elsewhere / target);
+    const std::string before = support::ReadFile(elsewhere / target);
     fs::create_symlink(elsewhere / target, Database());
     SqliteRegistry registry(folder_);
     testing::internal::CaptureStderr();
     EXPECT_EQ(Open(registry), nullptr);
     EXPECT_EQ(Create(registry), nullptr);
     EXPECT_NE(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(Contents(elsewhere / target), before);
+    EXPECT_EQ(support::ReadFile(elsewhere / target), before);
     EXPECT_EQ(std::distance(fs::directory_iterator(elsewhere), {}), 2);
     fs::remove(Database());
   }

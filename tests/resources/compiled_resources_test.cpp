@@ -3,8 +3,6 @@
 #include <windows.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -12,6 +10,7 @@
 #include "platform/resources.h"
 #include "platform/startup.h"
 #include "resources/templates.h"
+#include "tests/support/files.h"
 
 namespace resources {
 namespace {
@@ -26,11 +25,6 @@ TEST(CompiledResources, TextsAreThoseOfTheTable) {
   }
 }
 
-std::vector<char> Contents(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 TEST(CompiledResources, PicturesAreTheFilesOfTheArtwork) {
   const platform::DrawingSession session;
   int pictures = 0;
@@ -40,7 +34,7 @@ TEST(CompiledResources, PicturesAreTheFilesOfTheArtwork) {
     const auto bytes = FindResourceData(id == 132 ? ResourceType::Bitmap : ResourceType::Png,
                                         static_cast<std::uint16_t>(id));
     const auto* const first = reinterpret_cast<const char*>(bytes.data());
-    EXPECT_EQ(std::vector<char>(first, first + bytes.size()), Contents(entry.path())) << id;
+    EXPECT_EQ(std::string(first, bytes.size()), support::ReadFile(entry.path())) << id;
     ++pictures;
   }
   EXPECT_GT(pictures, 50);

@@ -11,6 +11,7 @@
 #include "platform/virtual/laptop_file.h"
 #include "resources/sample_models.h"
 #include "tests/support/child_process.h"
+#include "tests/support/files.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -34,10 +35,7 @@ class LaptopctlTest : public testing::Test {
   std::filesystem::path Root() const { return folder_.Path() / "state"; }
   std::filesystem::path File() const { return folder_.Path() / "laptop.json"; }
 
-  std::string Text() const {
-    std::ifstream stream(File(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  }
+  std::string Text() const { return support::ReadFile(File()); }
   platform::LaptopFile Laptop() const {
     return platform::ParseLaptopFile(Text(), nullptr).value_or(platform::LaptopFile());
   }

@@ -6,17 +6,13 @@
 
 #include <fstream>
 
+#include "tests/support/files.h"
 #include "tests/support/temporary_folder.h"
 
 namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Contents(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 class ReplaceFileTest : public testing::Test {
  protected:
@@ -29,7 +25,7 @@ TEST_F(ReplaceFileTest, LeavesNothingButTheFileWithTheUmasksMode) {
   const mode_t before = umask(0027);
   EXPECT_TRUE(ReplaceWholeFile(target_, "new"));
   umask(before);
-  EXPECT_EQ(Contents(target_), "new");
+  EXPECT_EQ(support::ReadFile(target_), "new");
   EXPECT_EQ(static_cast<unsigned>(fs::status(target_).permissions()), 0640U);
   EXPECT_FALSE(fs::exists(fresh_));
 }
@@ -40,9 +36,9 @@ TEST_F(ReplaceFileTest, WritesThroughNoLink) {
     std::ofstream(victim) << "precious";
     fs::create_symlink(victim, trap);
     EXPECT_TRUE(ReplaceWholeFile(target_, "new"));
-    EXPECT_EQ(Contents(victim), "precious");
+    EXPECT_EQ(support::ReadFile(victim), "precious");
     EXPECT_FALSE(fs::is_symlink(target_));
-    EXPECT_EQ(Contents(target_), "new");
+    EXPECT_EQ(support::ReadFile(target_), "new");
     fs::remove(target_);
   }
 }

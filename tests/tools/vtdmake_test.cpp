@@ -8,6 +8,7 @@
 #include "platform/fake/fake_registry.h"
 #include "store/tuning_import.h"
 #include "tests/support/child_process.h"
+#include "tests/support/files.h"
 #include "tests/support/registry_tree.h"
 #include "tests/support/routes.h"
 #include "tests/support/temporary_folder.h"
@@ -26,10 +27,7 @@ class VtdmakeTest : public testing::Test {
 
   std::string Path(const std::string& name) const { return (folder_.Path() / name).string(); }
 
-  std::string Output() const {
-    std::ifstream file(Path("out.vtd"), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string Output() const { return support::ReadFile(Path("out.vtd")); }
 
   bool Import(const std::string& bytes, std::uint32_t ssid) {
     files_.PutFile(u"/out.vtd", bytes);
